@@ -1,0 +1,26 @@
+#include "cli/ExitStatus.h"
+
+#include "cli/Terminal.h"
+#include "core/support/Text.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace tidewright {
+
+int usageError(std::string_view sentence) {
+    fmt::print(stderr, "tidewright: {}\n", printable(sentence));
+    return usageStatus;
+}
+
+int printResult(std::string_view text) {
+    if (writeAll(stdout, text))
+        return doneStatus;
+    fmt::print(stderr, "tidewright: the result could not be written: {}.\n",
+               std::generic_category().message(errno));
+    return failedStatus;
+}
+
+} // namespace tidewright

@@ -1,0 +1,49 @@
+#include "cli/ProgressBar.h"
+
+#include "core/support/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tidewright {
+
+namespace {
+
+constexpr std::size_t barCells = 24;
+constexpr const char* toLineStart = "\r\x1b[K"; // and erase to the line's end
+
+std::string repeated(std::string_view text, std::size_t count) {
+    std::string result;
+    for (std::size_t i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+} // namespace
+
+std::string progressLine(const ScanProgress& progress, std::size_t columns) {
+    const double fraction = std::clamp(progress.fraction, 0.0, 1.0);
+    const auto filled = static_cast<std::size_t>(std::lround(fraction * barCells));
+    const std::string line =
+        fmt::format("{}{} {:3} %  {}", repeated("█", filled), repeated("░", barCells - filled),
+                    std::lround(fraction * 100), printable(progress.message));
+    return elidedMiddle(line, columns);
+}
+
+ProgressBar::ProgressBar(std::FILE* stream) : m_stream(stream), m_terminal(terminalOf(stream)) {}
+
+ProgressBar::~ProgressBar() {
+    if (m_terminal.isTerminal)
+        writeAll(m_stream, toLineStart);
+}
+
+void ProgressBar::show(const ScanProgress& progress) {
+    if (!m_terminal.isTerminal)
+        return;
+    // One column stays free: a full line would wrap.
+    writeAll(m_stream, toLineStart + progressLine(progress, m_terminal.columns.value_or(80) - 1));
+}
+
+} // namespace tidewright

@@ -1,0 +1,27 @@
+// What the standard streams are connected to, and the few escapes that we use there.
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tidewright {
+
+enum class Ink { plain, bold, dim, green, yellow, blue };
+
+struct Terminal {
+    bool isTerminal = false;
+    bool hasColour = false;             ///< a terminal, and the user has not declined (NO_COLOR)
+    std::optional<std::size_t> columns; ///< absent: lines may be of any length
+
+    std::string inked(Ink ink, std::string_view text) const;
+};
+
+/// The terminal behind a standard stream, as it is now.
+Terminal terminalOf(std::FILE* stream);
+
+/// Writes all of `text` and flushes; false when the stream does not take it (a full disk).
+bool writeAll(std::FILE* stream, std::string_view text);
+
+} // namespace tidewright

@@ -1,0 +1,23 @@
+// Where the system keeps things for this user, and the program's own name in such places.
+#pragma once
+
+#include "core/support/URL.h"
+
+#include <string_view>
+#include <vector>
+
+namespace tidewright {
+
+/// The bundle identifier of the program.
+inline constexpr std::string_view ownBundleIdentifier = "com.tidewright.app";
+
+/// The user's home folder: on Linux `$HOME`, else the one of the user database.
+URL homeDirectory();
+
+/// The temporary folder of this user: on Linux `$TMPDIR`, else "/tmp".
+URL temporaryDirectory();
+
+/// The two folders that hold applications: of all users, and of the one with this home.
+std::vector<URL> applicationFolders(const URL& home);
+
+} // namespace tidewright

@@ -1,0 +1,96 @@
+#include "core/support/Pattern.h"
+
+#include "core/support/Require.h"
+
+#include <fmt/format.h>
+
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
+namespace tidewright {
+
+namespace {
+
+// Steps and memory that one match may take; reached only by texts made for it.
+constexpr std::uint32_t matchLimit = 1'000'000;
+constexpr std::uint32_t depthLimit = 100'000;
+constexpr std::uint32_t heapLimitKiB = 64 * 1024;
+
+struct Freed {
+    void operator()(pcre2_code* code) const { pcre2_code_free(code); }
+    void operator()(pcre2_match_data* data) const { pcre2_match_data_free(data); }
+    void operator()(pcre2_match_context* context) const { pcre2_match_context_free(context); }
+};
+
+PCRE2_SPTR bytes(std::string_view text) { return reinterpret_cast<PCRE2_SPTR>(text.data()); }
+
+/// Matches one text from left to right; one per call, since match data belong to one thread.
+class Matcher {
+public:
+    Matcher(const pcre2_code* code, std::string_view text)
+        : m_code(code),
+          m_text(text),
+          m_data(pcre2_match_data_create_from_pattern(code, nullptr)),
+          m_context(pcre2_match_context_create(nullptr)) {
+        pcre2_set_match_limit(m_context.get(), matchLimit);
+        pcre2_set_depth_limit(m_context.get(), depthLimit);
+        pcre2_set_heap_limit(m_context.get(), heapLimitKiB);
+    }
+
+    std::optional<std::vector<std::string>> next() {
+        if (m_start > m_text.size())
+            return std::nullopt;
+        const int count = pcre2_match(m_code, bytes(m_text), m_text.size(), m_start, 0,
+                                      m_data.get(), m_context.get());
+        if (count < 1) // no match, or a limit was reached
+            return std::nullopt;
+        const PCRE2_SIZE* ends = pcre2_get_ovector_pointer(m_data.get());
+        std::vector<std::string> groups;
+        for (std::size_t i = 0; i < pcre2_get_ovector_count(m_data.get()); ++i)
+            groups.push_back(
+                ends[2 * i] == PCRE2_UNSET
+                    ? std::string()
+                    : std::string(m_text.substr(ends[2 * i], ends[2 * i + 1] - ends[2 * i])));
+        m_start = ends[1] > m_start || ends[1] > ends[0] ? ends[1] : m_start + 1;
+        return groups;
+    }
+
+private:
+    const pcre2_code* m_code;
+    std::string_view m_text;
+    std::unique_ptr<pcre2_match_data, Freed> m_data;
+    std::unique_ptr<pcre2_match_context, Freed> m_context;
+    PCRE2_SIZE m_start = 0;
+};
+
+} // namespace
+
+struct Pattern::Compiled {
+    std::unique_ptr<pcre2_code, Freed> code;
+};
+
+Pattern::Pattern(std::string_view expression, DotMatches dotMatches) {
+    int error = 0;
+    PCRE2_SIZE offset = 0;
+    const std::uint32_t options = dotMatches == DotMatches::anything ? PCRE2_DOTALL : 0;
+    pcre2_code* code =
+        pcre2_compile(bytes(expression), expression.size(), options, &error, &offset, nullptr);
+    require(code != nullptr, fmt::format("the pattern {} compiles", expression));
+    pcre2_jit_compile(code, PCRE2_JIT_COMPLETE); // without it matching is slower, not different
+    m_compiled =
+        std::make_shared<const Compiled>(Compiled{std::unique_ptr<pcre2_code, Freed>(code)});
+}
+
+std::optional<std::vector<std::string>> Pattern::firstMatch(std::string_view text) const {
+    return Matcher(m_compiled->code.get(), text).next();
+}
+
+std::vector<std::vector<std::string>> Pattern::allMatches(std::string_view text) const {
+    std::vector<std::vector<std::string>> matches;
+    Matcher matcher(m_compiled->code.get(), text);
+    while (auto groups = matcher.next())
+        matches.push_back(std::move(*groups));
+    return matches;
+}
+
+} // namespace tidewright
