@@ -47,7 +47,7 @@ struct ScanItem {
         std::string reason = {};
         std::string whatItIs = {};
         std::string afterEffect = {};
-        CleanMethod method = CleanMethod::remove();
+        CleanMethod method = CleanMethod::manual({}); ///< a rule that says nothing removes nothing
         std::optional<AppMatcher> owner = std::nullopt;
         std::optional<Date> lastUsed = std::nullopt;
         bool isProjectItem = false;

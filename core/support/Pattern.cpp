@@ -7,11 +7,18 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
+#include <cstdint>
+#include <utility>
+
 namespace tidewright {
 
 namespace {
 
-// Steps and memory that one match may take; reached only by texts made for it.
+// What one search may take; reached only by texts made for it. The engine's own limits hold for one
+// starting point each, so a text with many of those would still be searched in quadratic time: the
+// budget, in steps and bytes passed over, holds for all of them together.
+constexpr std::uint64_t leastBudget = 10'000'000;
+constexpr std::uint64_t budgetPerByte = 4;
 constexpr std::uint32_t matchLimit = 1'000'000;
 constexpr std::uint32_t depthLimit = 100'000;
 constexpr std::uint32_t heapLimitKiB = 64 * 1024;
@@ -24,14 +31,36 @@ struct Freed {
 
 PCRE2_SPTR bytes(std::string_view text) { return reinterpret_cast<PCRE2_SPTR>(text.data()); }
 
+/// How much of a search's budget is used; called by the engine before each item of the pattern.
+struct Budget {
+    std::uint64_t left = 0;
+    PCRE2_SIZE position = 0;
+
+    static int spend(pcre2_callout_block* callout, void* data) {
+        auto* budget = static_cast<Budget*>(data);
+        const PCRE2_SIZE from = std::exchange(budget->position, callout->current_position);
+        const PCRE2_SIZE to = callout->current_position;
+        const std::uint64_t cost = 1 + (to > from ? to - from : from - to);
+        if (cost > budget->left)
+            return PCRE2_ERROR_MATCHLIMIT;
+        budget->left -= cost;
+        return 0;
+    }
+};
+
 /// Matches one text from left to right; one per call, since match data belong to one thread.
 class Matcher {
 public:
+    Matcher(const Matcher&) = delete; // the engine knows where the budget is
+    Matcher& operator=(const Matcher&) = delete;
+
     Matcher(const pcre2_code* code, std::string_view text)
         : m_code(code),
           m_text(text),
           m_data(pcre2_match_data_create_from_pattern(code, nullptr)),
-          m_context(pcre2_match_context_create(nullptr)) {
+          m_context(pcre2_match_context_create(nullptr)),
+          m_budget{leastBudget + budgetPerByte * text.size()} {
+        pcre2_set_callout(m_context.get(), Budget::spend, &m_budget);
         pcre2_set_match_limit(m_context.get(), matchLimit);
         pcre2_set_depth_limit(m_context.get(), depthLimit);
         pcre2_set_heap_limit(m_context.get(), heapLimitKiB);
@@ -60,6 +89,7 @@ private:
     std::string_view m_text;
     std::unique_ptr<pcre2_match_data, Freed> m_data;
     std::unique_ptr<pcre2_match_context, Freed> m_context;
+    Budget m_budget;
     PCRE2_SIZE m_start = 0;
 };
 
@@ -72,7 +102,8 @@ struct Pattern::Compiled {
 Pattern::Pattern(std::string_view expression, DotMatches dotMatches) {
     int error = 0;
     PCRE2_SIZE offset = 0;
-    const std::uint32_t options = dotMatches == DotMatches::anything ? PCRE2_DOTALL : 0;
+    const std::uint32_t options =
+        PCRE2_AUTO_CALLOUT | (dotMatches == DotMatches::anything ? PCRE2_DOTALL : 0U);
     pcre2_code* code =
         pcre2_compile(bytes(expression), expression.size(), options, &error, &offset, nullptr);
     require(code != nullptr, fmt::format("the pattern {} compiles", expression));

@@ -1,8 +1,8 @@
 #include "core/support/Text.h"
 
-#include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/ustring.h>
 
 #include <algorithm>
 #include <charconv>
@@ -77,6 +77,24 @@ std::string utf8(const icu::UnicodeString& text) {
 } // namespace
 
 std::string repairedUTF8(std::string_view bytes) { return utf8(fromUTF8(bytes)); }
+
+bool isUTF8(std::string_view bytes) {
+    // Only the length is asked for, so nothing is written.
+    UErrorCode status = U_ZERO_ERROR;
+    std::int32_t length = 0;
+    u_strFromUTF8(nullptr, 0, &length, bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                  &status);
+    return status != U_INVALID_CHAR_FOUND;
+}
+
+std::string trimmed(std::string_view text) { return trimmed(text, " \t\n\v\f\r"); }
+
+std::string trimmed(std::string_view text, std::string_view set) {
+    const std::size_t first = text.find_first_not_of(set);
+    if (first == std::string_view::npos)
+        return {};
+    return std::string(text.substr(first, text.find_last_not_of(set) - first + 1));
+}
 
 std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator) {
     std::vector<std::string> pieces;

@@ -12,6 +12,14 @@ namespace tidewright {
 /// the Unicode standard (one replacement per maximal ill-formed part).
 std::string repairedUTF8(std::string_view bytes);
 
+bool isUTF8(std::string_view bytes);
+
+/// Without the white space (ASCII) and line ends at both ends.
+std::string trimmed(std::string_view text);
+
+/// Without any of the characters in `set` at both ends.
+std::string trimmed(std::string_view text, std::string_view set);
+
 /// The pieces between `separator`, empty ones left out.
 std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator);
 

@@ -1,8 +1,11 @@
 #include "tests/support/TempHome.h"
 
+#include "core/platform/posix/FileDescriptor.h"
+
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +16,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <set>
 #include <vector>
 
 namespace tidewright::test {
@@ -33,8 +38,10 @@ void makeFolder(const URL& url) {
 
 void makeParent(const URL& url) { makeFolder(url.deletingLastPathComponent()); }
 
-URL makeTemporaryFolder() {
-    std::string pattern = "/var/tmp/tidewright-test-XXXXXX";
+URL makeTemporaryFolder(TempHome::Place place) {
+    constexpr const char* memory = "/dev/shm";
+    const bool inMemory = place == TempHome::Place::memory && access(memory, W_OK) == 0;
+    std::string pattern = std::string(inMemory ? memory : "/var/tmp") + "/tidewright-test-XXXXXX";
     if (mkdtemp(pattern.data()) == nullptr)
         ADD_FAILURE() << "no temporary folder: " << std::strerror(errno);
     return URL(pattern);
@@ -58,19 +65,76 @@ std::string describe(const fs::path& path) {
     return line;
 }
 
+/// An ordinary user's folder that was closed is opened to its owner first.
+FileDescriptor openFolder(int parent, const char* name) {
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    FileDescriptor folder(openat(parent, name, flags));
+    if (!folder && errno == EACCES && fchmodat(parent, name, S_IRWXU, 0) == 0)
+        folder = FileDescriptor(openat(parent, name, flags));
+    fchmod(folder.get(), S_IRWXU);
+    return folder;
+}
+
+bool isFolder(int parent, const char* name) {
+    struct stat status = {};
+    return fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Removes what comes before the first folder that is not `stuck`, and returns that one's name.
+std::optional<std::string> removeUpToFolder(int folder, const std::set<std::string>& stuck) {
+    DIR* stream = fdopendir(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (stream == nullptr)
+        return std::nullopt;
+    std::optional<std::string> found;
+    while (const dirent* entry = found ? nullptr : readdir(stream)) {
+        const std::string name = entry->d_name;
+        if (name == "." || name == ".." || stuck.contains(name))
+            continue;
+        if (isFolder(folder, name.c_str()))
+            found = name;
+        else
+            unlinkat(folder, name.c_str(), 0);
+    }
+    closedir(stream);
+    return found;
+}
+
+/// Removes a tree of any depth: the libraries' own ways come to an end where paths get too long or
+/// too many folders would be open. Here one is open at a time, and the way back is "..".
+void removeTree(const URL& root) {
+    struct Level {
+        std::string name;
+        std::set<std::string> stuck; ///< subfolders that can't be removed
+    };
+    std::vector<Level> levels{{root.path(), {}}};
+    FileDescriptor folder = openFolder(AT_FDCWD, root.path().c_str());
+    while (folder) {
+        if (const auto inner = removeUpToFolder(folder.get(), levels.back().stuck)) {
+            FileDescriptor opened = openFolder(folder.get(), inner->c_str());
+            if (opened) {
+                folder = std::move(opened);
+                levels.push_back({*inner, {}});
+            } else {
+                levels.back().stuck.insert(*inner);
+            }
+            continue;
+        }
+        if (levels.size() == 1)
+            break;
+        folder = FileDescriptor(openat(folder.get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const std::string left = std::move(levels.back().name);
+        levels.pop_back();
+        if (unlinkat(folder.get(), left.c_str(), AT_REMOVEDIR) != 0)
+            levels.back().stuck.insert(left);
+    }
+    rmdir(root.path().c_str());
+}
+
 } // namespace
 
-TempHome::TempHome() : m_url(makeTemporaryFolder()) {}
+TempHome::TempHome(Place place) : m_url(makeTemporaryFolder(place)) {}
 
-TempHome::~TempHome() {
-    std::error_code ignored;
-    for (auto entry = fs::recursive_directory_iterator(
-             m_url.path(), fs::directory_options::skip_permission_denied, ignored);
-         entry != fs::recursive_directory_iterator(); entry.increment(ignored))
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
-            fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
-    fs::remove_all(m_url.path(), ignored);
-}
+TempHome::~TempHome() { removeTree(m_url); }
 
 URL TempHome::folder(std::string_view relativePath) const {
     const URL url = path(relativePath);

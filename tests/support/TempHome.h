@@ -10,12 +10,15 @@
 
 namespace tidewright::test {
 
-/// A folder under /var/tmp (whose files have blocks, unlike those of a /tmp in memory). All paths
+/// A folder under /var/tmp (where folders have blocks, unlike those of a /tmp in memory). All paths
 /// given to its functions are relative to it; folders on the way are made. A failure to make
 /// something fails the test that asked for it.
 class TempHome {
 public:
-    TempHome();
+    /// In memory, where the system offers that: for trees so large that a disk would take long.
+    enum class Place { disk, memory };
+
+    explicit TempHome(Place place = Place::disk);
     ~TempHome(); ///< removes all of it, unreadable folders included
     TempHome(const TempHome&) = delete;
     TempHome& operator=(const TempHome&) = delete;

@@ -1,17 +1,24 @@
 #include "core/platform/FileContents.h"
 
 #include "core/platform/posix/FileDescriptor.h"
+#include "core/support/Text.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string_view>
+#include <utility>
 
 namespace tidewright {
 
 namespace {
+
+constexpr Int64 maximumTextBytes = 64'000'000;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// Linux refuses O_NOATIME to those who don't own the file; macOS does not have it.
 FileDescriptor openForReading(const char* path) {
@@ -26,7 +33,7 @@ FileDescriptor openForReading(const char* path) {
 
 } // namespace
 
-Result<std::string, SystemError> readFile(const URL& url, Int64 maxBytes) {
+Result<std::string, SystemError> readFilePrefix(const URL& url, Int64 bytes) {
     const auto failure = [&](int code) { return Failure(SystemError{code, "read", url.path()}); };
     const FileDescriptor file = openForReading(url.path().c_str());
     if (!file)
@@ -39,17 +46,33 @@ Result<std::string, SystemError> readFile(const URL& url, Int64 maxBytes) {
 
     std::string contents;
     std::array<char, 64 * 1024> buffer; // NOLINT: filled by read
-    while (true) {
-        const ssize_t count = read(file.get(), buffer.data(), buffer.size());
+    while (std::cmp_less(contents.size(), bytes)) {
+        const auto wanted = static_cast<std::size_t>(bytes) - contents.size();
+        const ssize_t count = read(file.get(), buffer.data(), std::min(buffer.size(), wanted));
         if (count == 0)
-            return contents;
+            break;
         if (count < 0 && errno != EINTR)
             return failure(errno);
         if (count > 0)
             contents.append(buffer.data(), static_cast<std::size_t>(count));
-        if (std::cmp_greater(contents.size(), maxBytes))
-            return failure(EFBIG);
     }
+    return contents;
+}
+
+Result<std::string, SystemError> readFile(const URL& url, Int64 maxBytes) {
+    auto contents = readFilePrefix(url, maxBytes + 1);
+    if (contents && std::cmp_greater(contents->size(), maxBytes))
+        return Failure(SystemError{EFBIG, "read", url.path()});
+    return contents;
+}
+
+std::optional<std::string> readText(const URL& url) {
+    auto contents = readFile(url, maximumTextBytes);
+    if (!contents || !isUTF8(*contents))
+        return std::nullopt;
+    if (contents->starts_with(byteOrderMark))
+        contents->erase(0, byteOrderMark.size());
+    return std::move(*contents);
 }
 
 } // namespace tidewright
