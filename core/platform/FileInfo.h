@@ -43,4 +43,7 @@ bool canOpenForReading(const URL& url);
 /// When the entry came into its folder; absent where the system does not keep that.
 std::optional<Date> dateAddedToFolder(const URL& url);
 
+/// Whether the system presents this folder to people as one document; never on Linux.
+bool isPackage(const URL& folder);
+
 } // namespace tidewright

@@ -11,10 +11,10 @@ namespace tidewright {
 /// The bundle identifier of the program.
 inline constexpr std::string_view ownBundleIdentifier = "com.tidewright.app";
 
-/// The user's home folder: on Linux `$HOME`, else the one of the user database.
+/// The user's home folder: `$HOME`, else the one of the user database.
 URL homeDirectory();
 
-/// The temporary folder of this user: on Linux `$TMPDIR`, else "/tmp".
+/// The temporary folder of this user; on Linux `$TMPDIR`, else "/tmp".
 URL temporaryDirectory();
 
 /// The two folders that hold applications: of all users, and of the one with this home.

@@ -3,10 +3,36 @@
 #include "core/platform/linux/DirectoryStream.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 
 namespace tidewright {
+
+namespace {
+
+constexpr Int64 bytesPerBlock = 512; // the unit of st_blocks, whatever the file system's own is
+
+/// Of an entry of an open folder; its kind, too, where the folder did not tell it.
+DetailedEntry detailed(int folder, const StreamEntry& entry) {
+    DetailedEntry result{entry.name, entry.kind.value_or(FileKind::other), std::nullopt};
+    if (entry.kind == FileKind::directory || entry.kind == FileKind::symbolicLink)
+        return result;
+    struct stat status = {};
+    if (fstatat(folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return result;
+    if (S_ISDIR(status.st_mode))
+        result.kind = FileKind::directory;
+    else if (S_ISLNK(status.st_mode))
+        result.kind = FileKind::symbolicLink;
+    else
+        result.facts = FileFacts{status.st_blocks * bytesPerBlock,
+                                 Date(std::chrono::seconds(status.st_mtim.tv_sec) +
+                                      std::chrono::microseconds(status.st_mtim.tv_nsec / 1000))};
+    return result;
+}
+
+} // namespace
 
 Result<std::vector<DirectoryEntry>, SystemError> readDirectory(const URL& folder) {
     DirectoryStream stream = DirectoryStream::open(AT_FDCWD, folder.path().c_str(), Links::follow);
@@ -20,6 +46,18 @@ Result<std::vector<DirectoryEntry>, SystemError> readDirectory(const URL& folder
                                             .value_or(FileKind::other);
         entries.push_back({entry->name, kind});
     }
+    if (errno != 0)
+        return Failure(SystemError{errno, "list", folder.path()});
+    return entries;
+}
+
+Result<std::vector<DetailedEntry>, SystemError> readDetailedDirectory(const URL& folder) {
+    DirectoryStream stream = DirectoryStream::open(AT_FDCWD, folder.path().c_str(), Links::follow);
+    if (!stream)
+        return Failure(SystemError{errno, "list", folder.path()});
+    std::vector<DetailedEntry> entries;
+    while (const auto entry = stream.next())
+        entries.push_back(detailed(stream.descriptor(), *entry));
     if (errno != 0)
         return Failure(SystemError{errno, "list", folder.path()});
     return entries;

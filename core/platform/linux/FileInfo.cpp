@@ -46,4 +46,6 @@ Result<FileInfo, SystemError> fileInfo(const URL& url, Links links) {
 
 std::optional<Date> dateAddedToFolder(const URL&) { return std::nullopt; }
 
+bool isPackage(const URL&) { return false; }
+
 } // namespace tidewright

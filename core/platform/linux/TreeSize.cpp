@@ -61,9 +61,12 @@ private:
         const std::string name = std::move(frame.subfolders.back());
         frame.subfolders.pop_back();
         struct stat status = {};
-        if (fstatat(frame.folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-            S_ISDIR(status.st_mode))
+        if (fstatat(frame.folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+            visit();
+        else if (S_ISDIR(status.st_mode))
             enter(frame.folder.get(), name.c_str(), status);
+        else
+            countFile(status);
     }
 
     /// Counts what a folder holds and makes it the innermost one. One that can't be read adds
@@ -76,8 +79,10 @@ private:
             return;
         }
         DirectoryStream stream = DirectoryStream::open(parent, name, Links::dontFollow);
-        if (!stream)
+        if (!stream) {
+            visit();
             return;
+        }
         Frame frame;
         frame.status = status;
         while (const auto entry = stream.next()) {
@@ -128,14 +133,18 @@ private:
     }
 
     bool countFolder(const struct stat& status) {
+        if (!visit())
+            return false;
         m_sum += status.st_blocks * bytesPerBlock;
-        return visit();
+        return true;
     }
 
     bool countFile(const struct stat& status) {
+        if (!visit())
+            return false;
         if (status.st_nlink < 2 || m_seen.insert(status.st_ino).second)
             m_sum += status.st_blocks * bytesPerBlock;
-        return visit();
+        return true;
     }
 
     /// Counts a visit; false when the walk is to stop.

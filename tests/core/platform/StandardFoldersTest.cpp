@@ -1,0 +1,21 @@
+#include "core/platform/StandardFolders.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewright {
+namespace {
+
+TEST(StandardFolders, areAbsolute) {
+    EXPECT_TRUE(homeDirectory().path().starts_with('/'));
+    EXPECT_TRUE(temporaryDirectory().path().starts_with('/'));
+}
+
+TEST(StandardFolders, applicationsOfAllUsersComeBeforeTheUsersOwn) {
+    EXPECT_EQ(applicationFolders(URL("/home/user")),
+              (std::vector<URL>{URL("/Applications"), URL("/home/user/Applications")}));
+    EXPECT_EQ(applicationFolders(URL("/home/user/")),
+              (std::vector<URL>{URL("/Applications"), URL("/home/user/Applications")}));
+}
+
+} // namespace
+} // namespace tidewright

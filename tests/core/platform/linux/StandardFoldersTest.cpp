@@ -1,0 +1,76 @@
+#include "core/platform/StandardFolders.h"
+
+#include <gtest/gtest.h>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <optional>
+
+namespace tidewright {
+namespace {
+
+/// Sets or removes a variable of the environment for the length of a scope.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, std::optional<std::string> value) : m_name(name) {
+        if (const char* const old = std::getenv(name))
+            m_old = old;
+        set(value);
+    }
+    ~ScopedVariable() { set(m_old); }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    void set(const std::optional<std::string>& value) const {
+        if (value)
+            setenv(m_name, value->c_str(), 1);
+        else
+            unsetenv(m_name);
+    }
+    const char* m_name;
+    std::optional<std::string> m_old;
+};
+
+struct Case {
+    std::optional<std::string> value;
+    std::optional<std::string> expected; ///< absent: what counts without the variable
+};
+
+const std::vector<Case> cases = {
+    {"/home/user", "/home/user"},
+    {"/home/user/", "/home/user"},
+    {"/home/./user//x/..", "/home/user"},
+    {"/", "/"},
+    {"/caf\xFF", "/caf\xFF"},
+    {std::nullopt, std::nullopt},
+    {"", std::nullopt},
+    {"relative", std::nullopt},
+    {"~", std::nullopt},
+    {"./here", std::nullopt},
+    {" /home/user", std::nullopt},
+};
+
+TEST(StandardFolders, homeIsTheEnvironmentsElseTheUserDatabases) {
+    const passwd* const entry = getpwuid(getuid());
+    ASSERT_NE(entry, nullptr);
+    const std::string fallback = URL(entry->pw_dir).standardized().path();
+    for (const Case& each : cases) {
+        const ScopedVariable home("HOME", each.value);
+        EXPECT_EQ(homeDirectory().path(), each.expected.value_or(fallback))
+            << each.value.value_or("not set");
+    }
+}
+
+TEST(StandardFolders, temporaryFolderIsTheEnvironmentsElseTmp) {
+    for (const Case& each : cases) {
+        const ScopedVariable folder("TMPDIR", each.value);
+        EXPECT_EQ(temporaryDirectory().path(), each.expected.value_or("/tmp"))
+            << each.value.value_or("not set");
+    }
+}
+
+} // namespace
+} // namespace tidewright
