@@ -1,6 +1,8 @@
 #include "cli/CommandLine.h"
 
 #include "cli/ExitStatus.h"
+#include "cli/ExplainCommand.h"
+#include "cli/ProjectsCommand.h"
 #include "cli/RulesCommand.h"
 #include "cli/ScanCommand.h"
 
@@ -29,13 +31,24 @@ std::string sentenceOf(const CLI::App& app,
         sentence = "name a command, for instance: tidewright scan";
     else if (!arguments.front().starts_with('-') && !hasCommand(app, arguments.front()))
         sentence = fmt::format("there is no command \"{}\"", arguments.front());
-    else if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
+    else if (arguments.front().starts_with('-'))
         sentence = fmt::format("there is no option \"{}\"", arguments.front());
+    else if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
+        sentence = fmt::format("{} needs to be told more: {}", arguments.front(), what);
     else if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
         sentence = what.substr(0, what.find(':')) + " needs a value behind it";
     else if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
         sentence = fmt::format("there is no option \"{}\"", what.substr(what.find(": ") + 2));
     return sentence + ". See tidewright --help.";
+}
+
+void addScanOptions(CLI::App& command, ScanOptions& options) {
+    command.add_option("--root", options.roots, "Look for projects in this folder (repeatable)")
+        ->option_text("DIR")
+        ->allow_extra_args(false);
+    command.add_option("--exclude", options.exclusions, "Leave this location alone (repeatable)")
+        ->option_text("DIR")
+        ->allow_extra_args(false);
 }
 
 } // namespace
@@ -46,20 +59,24 @@ int runCommandLine(int argumentCount, const char* const* arguments) {
     app.set_version_flag("--version", "tidewright " TIDEWRIGHT_VERSION);
     app.require_subcommand(1);
 
-    ScanOptions scan;
-    CLI::App* scanCommand = app.add_subcommand(
-        "scan", "Scan the home folder and print what was found; changes nothing");
-    scanCommand->add_option("--root", scan.roots, "Look for projects in this folder (repeatable)")
-        ->option_text("DIR")
-        ->allow_extra_args(false);
-    scanCommand->add_option("--exclude", scan.exclusions, "Leave this location alone (repeatable)")
-        ->option_text("DIR")
-        ->allow_extra_args(false);
-    scanCommand->add_flag("--json", scan.json, "Print the whole report as JSON");
-
-    bool rulesAsJson = false;
-    CLI::App* rulesCommand = app.add_subcommand("rules", "List what is looked for");
-    rulesCommand->add_flag("--json", rulesAsJson, "Print the list as JSON");
+    // Only one command is run, so they share the values of their options.
+    ScanOptions options;
+    std::string id;
+    bool json = false;
+    const auto addCommand = [&](const char* name, const char* description) {
+        CLI::App* command = app.add_subcommand(name, description);
+        command->add_flag("--json", json, "Print one JSON document");
+        return command;
+    };
+    CLI::App* scan =
+        addCommand("scan", "Scan the home folder and print what was found; changes nothing");
+    addScanOptions(*scan, options);
+    CLI::App* explain = addCommand("explain", "Scan and tell everything about one item");
+    addScanOptions(*explain, options);
+    explain->add_option("ID", id, "The item's id, as scan --json shows it")->required();
+    CLI::App* projects = addCommand("projects", "List the projects found and what each needs");
+    addScanOptions(*projects, options);
+    addCommand("rules", "List what is looked for");
 
     try {
         app.parse(argumentCount, arguments);
@@ -68,7 +85,11 @@ int runCommandLine(int argumentCount, const char* const* arguments) {
     } catch (const CLI::ParseError& error) {
         return usageError(sentenceOf(app, error, {arguments + 1, arguments + argumentCount}));
     }
-    return scanCommand->parsed() ? runScan(scan) : runRules(rulesAsJson);
+    if (scan->parsed())
+        return runScan(options, json);
+    if (explain->parsed())
+        return runExplain(options, id, json);
+    return projects->parsed() ? runProjects(options, json) : runRules(json);
 }
 
 } // namespace tidewright

@@ -23,4 +23,8 @@ int printResult(std::string_view text) {
     return failedStatus;
 }
 
+int printJson(const Json& document) {
+    return printResult(jsonText(document, JsonLayout::indented) + "\n");
+}
+
 } // namespace tidewright

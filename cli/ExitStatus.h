@@ -1,6 +1,8 @@
 // How a command ends: its exit status, and what is said when it does not go well.
 #pragma once
 
+#include "core/support/Json.h"
+
 #include <string_view>
 
 namespace tidewright {
@@ -14,5 +16,8 @@ int usageError(std::string_view sentence);
 
 /// Writes a command's result to standard output; returns its exit status.
 int printResult(std::string_view text);
+
+/// The same with one JSON document.
+int printJson(const Json& document);
 
 } // namespace tidewright

@@ -40,8 +40,7 @@ std::string rulesText(const Terminal& terminal) {
 }
 
 int runRules(bool json) {
-    return printResult(json ? jsonText(rulesJson(), JsonLayout::indented) + "\n"
-                            : rulesText(terminalOf(stdout)));
+    return json ? printJson(rulesJson()) : printResult(rulesText(terminalOf(stdout)));
 }
 
 } // namespace tidewright

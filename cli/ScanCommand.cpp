@@ -1,63 +1,18 @@
 #include "cli/ScanCommand.h"
 
 #include "cli/ExitStatus.h"
-#include "cli/Interrupt.h"
-#include "cli/MainThreadQueue.h"
-#include "cli/Paths.h"
-#include "cli/ProgressBar.h"
 #include "cli/ReportText.h"
 #include "core/model/Coding.h"
-#include "core/platform/StandardFolders.h"
-#include "core/scan/DiskScanner.h"
-#include "core/scan/RuleCatalog.h"
-
-#include <fmt/format.h>
 
 namespace tidewright {
 
-namespace {
-
-/// The thresholds that the program is delivered with.
-ScanSettings factorySettings() {
-    ScanSettings settings;
-    settings.dormantProjectDays = 60;
-    settings.unusedAppDays = 90;
-    settings.oldDownloadDays = 30;
-    settings.lowSpaceThreshold = 25 * gigabyte;
-    settings.criticalSpaceThreshold = 10 * gigabyte;
-    settings.largeTrashThreshold = 5 * gigabyte;
-    return settings;
-}
-
-} // namespace
-
-int runScan(const ScanOptions& options) {
-    ScanSettings settings = factorySettings();
-    for (const std::string& root : options.roots) {
-        auto folder = existingFolder(root);
-        if (!folder)
-            return usageError(folder.error());
-        settings.projectRoots.push_back(std::move(*folder));
-    }
-    for (const std::string& excluded : options.exclusions)
-        settings.exclusions.push_back(absolute(excluded));
-
-    const URL home = homeDirectory();
-    const DiskScanner scanner(std::move(settings), home, RuleCatalog::all(),
-                              ShellRunner{ToolLocator(home, processEnvironment())});
-    const Interrupt interrupt;
-    const auto report = servedByMainThread([&] {
-        ProgressBar bar(stderr);
-        return scanner.scan([&](const ScanProgress& progress) { bar.show(progress); },
-                            interrupt.token());
-    });
-    if (!report) {
-        fmt::print(stderr, "The scan was stopped. Nothing was changed.\n");
-        return interruptedStatus;
-    }
-    return printResult(
-        options.json ? jsonText(encode(*report, commandLineStyle), JsonLayout::indented) + "\n"
-                     : reportText(*report, terminalOf(stdout)));
+int runScan(const ScanOptions& options, bool json) {
+    const auto report = scanForCommand(options);
+    if (!report)
+        return report.error();
+    if (json)
+        return printJson(encode(*report, commandLineStyle));
+    return printResult(reportText(*report, terminalOf(stdout)));
 }
 
 } // namespace tidewright

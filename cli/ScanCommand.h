@@ -1,18 +1,11 @@
 // `tidewright scan`: scans the home folder and prints the report.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "cli/Scanning.h"
 
 namespace tidewright {
 
-struct ScanOptions {
-    std::vector<std::string> roots;      ///< where to look for projects instead of the home folder
-    std::vector<std::string> exclusions; ///< locations to leave alone
-    bool json = false;
-};
-
 /// Returns the exit status.
-int runScan(const ScanOptions& options);
+int runScan(const ScanOptions& options, bool json);
 
 } // namespace tidewright

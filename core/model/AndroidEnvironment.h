@@ -27,9 +27,16 @@ struct AndroidEnvironment {
     std::vector<AVD> avds;                       ///< by name in plain string order
     std::set<std::string> studioDataDirectories; ///< of the installed Android Studios
 
-    /// Finds all of it under a home folder (core/probes/AndroidEnvironment.cpp).
+    /// Finds all of it under a home folder. This and the next two only read; what can't be read
+    /// counts as absent (core/probes/AndroidEnvironment.cpp).
     static AndroidEnvironment discover(const URL& home,
                                        const std::map<std::string, std::string>& environment);
+
+    /// The image that an emulator boots, from the text of its `config.ini`.
+    static std::optional<std::string> systemImage(std::string_view config);
+
+    /// What the installed Android Studios call their data folders, in the two application folders.
+    static std::set<std::string> installedStudioDataDirectories(const URL& home);
 
     bool operator==(const AndroidEnvironment&) const = default;
     static constexpr auto fields() {

@@ -73,7 +73,7 @@ Json encodeDate(Date date, CodingStyle style) {
     return duration<double>(date - start2001).count();
 }
 
-std::optional<URL> decodeLocation(const Json& json, CodingStyle style) {
+std::optional<URL> decodeLocation(const ParsedJson& json, CodingStyle style) {
     if (!json.is_string())
         return std::nullopt;
     const std::string_view text = json.get_ref<const std::string&>();
@@ -83,7 +83,7 @@ std::optional<URL> decodeLocation(const Json& json, CodingStyle style) {
     return URL(std::string(text));
 }
 
-std::optional<Date> decodeDate(const Json& json, CodingStyle style) {
+std::optional<Date> decodeDate(const ParsedJson& json, CodingStyle style) {
     if (style.dates == CodingStyle::Dates::iso8601)
         return json.is_string() ? parseISO8601(json.get_ref<const std::string&>()) : std::nullopt;
     if (!json.is_number())
@@ -95,7 +95,7 @@ std::optional<Date> decodeDate(const Json& json, CodingStyle style) {
     return start2001 + round<microseconds>(duration<double>(seconds));
 }
 
-std::optional<Int64> decodeInteger(const Json& json) {
+std::optional<Int64> decodeInteger(const ParsedJson& json) {
     if (json.is_number_unsigned()) {
         const auto value = json.get<std::uint64_t>();
         return std::in_range<Int64>(value) ? std::optional(static_cast<Int64>(value))

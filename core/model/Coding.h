@@ -25,9 +25,9 @@ namespace coding {
 
 Json encodeLocation(const URL& url, CodingStyle style);
 Json encodeDate(Date date, CodingStyle style);
-std::optional<URL> decodeLocation(const Json& json, CodingStyle style);
-std::optional<Date> decodeDate(const Json& json, CodingStyle style);
-std::optional<Int64> decodeInteger(const Json& json);
+std::optional<URL> decodeLocation(const ParsedJson& json, CodingStyle style);
+std::optional<Date> decodeDate(const ParsedJson& json, CodingStyle style);
+std::optional<Int64> decodeInteger(const ParsedJson& json);
 
 template <class T>
 inline constexpr bool isOptional = false;
@@ -104,7 +104,7 @@ Json encode(const T& value, CodingStyle style) {
 /// Reads a coded form. Absent when a mandatory key is missing or anything has another type; keys
 /// that are not known are passed over.
 template <class T>
-std::optional<T> decode(const Json& json, CodingStyle style) {
+std::optional<T> decode(const ParsedJson& json, CodingStyle style) {
     if constexpr (Record<T>) {
         if (!json.is_object())
             return std::nullopt;
@@ -139,7 +139,7 @@ std::optional<T> decode(const Json& json, CodingStyle style) {
                 return;
             using Payload = std::variant_alternative_t<index, decltype(T::choice)>;
             if (auto payload = decode<Payload>(json.begin().value(), style))
-                result = T{.choice = std::move(*payload)};
+                result.emplace().choice = std::move(*payload);
         };
         [&]<std::size_t... indices>(std::index_sequence<indices...>) {
             (tryCase.template operator()<indices>(), ...);
@@ -153,7 +153,7 @@ std::optional<T> decode(const Json& json, CodingStyle style) {
         if (!json.is_array())
             return std::nullopt;
         T list;
-        for (const Json& each : json) {
+        for (const ParsedJson& each : json) {
             auto value = decode<typename T::value_type>(each, style);
             if (!value)
                 return std::nullopt;

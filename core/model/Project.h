@@ -33,6 +33,9 @@ struct Project {
     std::optional<Date> lastActivity;
     std::vector<Requirement> requirements;
 
+    /// Whole calendar days; absent without any known activity.
+    std::optional<int> daysSinceActivity(Date now) const;
+
     bool operator==(const Project&) const = default;
     static constexpr auto fields() {
         return std::tuple{field("url", &Project::url),

@@ -5,7 +5,6 @@
 #include "core/platform/StandardFolders.h"
 #include "core/probes/InUseDetector.h"
 #include "core/probes/Simctl.h"
-#include "core/projects/ProjectScanner.h"
 #include "core/scan/DirectorySizer.h"
 #include "core/support/ChildTask.h"
 #include "core/support/Collation.h"
@@ -70,9 +69,7 @@ Result<ScanReport, ScanCancelled> DiskScanner::scan(const Progress& progress,
     const DirectorySizer sizer;
 
     // Joined in reverse order of their start wherever this function returns.
-    ChildTask<ProjectScanner::Result> projectsTask([&] {
-        return ProjectScanner{projectRoots(), projectDepth, largeFileThreshold}.scan(cancel);
-    });
+    ChildTask<ProjectScanner::Result> projectsTask([&] { return findProjects(cancel); });
     ChildTask<InUseSnapshot> inUseTask([&] { return InUseDetector{runner}.snapshot(cancel); });
     ChildTask<std::vector<Simctl::Device>> devicesTask(
         [&] { return Simctl::devices(runner, cancel); });
@@ -140,15 +137,35 @@ Result<ScanReport, ScanCancelled> DiskScanner::scan(const Progress& progress,
     return report;
 }
 
+ProjectScanner::Result DiskScanner::findProjects(const CancelToken& cancel) const {
+    return ProjectScanner{projectRoots(), projectDepth, largeFileThreshold}.scan(cancel);
+}
+
 std::vector<URL> DiskScanner::projectRoots() const {
     return settings.projectRoots.empty() ? std::vector{home} : settings.projectRoots;
 }
 
-NeededSet DiskScanner::neededSet(const std::vector<Project>&,
-                                 const AndroidEnvironment&,
-                                 const std::vector<Simctl::Device>&,
-                                 const InUseSnapshot&) {
-    return {}; // requirements of projects are not read yet
+NeededSet DiskScanner::neededSet(const std::vector<Project>& projects,
+                                 const AndroidEnvironment& android,
+                                 const std::vector<Simctl::Device>& devices,
+                                 const InUseSnapshot& inUse) {
+    NeededSet needed;
+    for (const Project& project : projects)
+        for (const Project::Requirement& requirement : project.requirements)
+            needed.add(requirement.kind, requirement.version, project.name);
+    for (const AndroidEnvironment::AVD& avd : android.avds)
+        if (avd.systemImage)
+            needed.add(RequirementKind::systemImage, *avd.systemImage, "emulator " + avd.name);
+    // A simulator that a project names needs the runtime of every device of that name.
+    for (const std::string& name : needed.versions(RequirementKind::simulator))
+        for (const Simctl::Device& device : devices)
+            if (device.name == name)
+                for (const std::string& owner : needed.owners(RequirementKind::simulator, name))
+                    needed.add(RequirementKind::iosRuntime, device.runtimeIdentifier,
+                               fmt::format("{} ({})", owner, name));
+    for (const Simctl::Device& device : inUse.bootedSimulators)
+        needed.add(RequirementKind::iosRuntime, device.runtimeIdentifier, "booted " + device.name);
+    return needed;
 }
 
 std::vector<ScanItem> DiskScanner::applyInUseAndExclusions(std::vector<ScanItem> items,

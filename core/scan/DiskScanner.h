@@ -4,6 +4,7 @@
 #include "core/model/ScanProgress.h"
 #include "core/model/ScanReport.h"
 #include "core/platform/SystemLog.h"
+#include "core/projects/ProjectScanner.h"
 #include "core/scan/CleanupRule.h"
 
 namespace tidewright {
@@ -32,6 +33,9 @@ struct DiskScanner {
     /// Whatever else goes wrong means fewer items. Scans share nothing and may run at once.
     Result<ScanReport, ScanCancelled> scan(const Progress& progress,
                                            const CancelToken& cancel) const;
+
+    /// The first step of a scan by itself.
+    ProjectScanner::Result findProjects(const CancelToken& cancel) const;
 
     /// Where projects are looked for: the folders of the settings, or the home folder.
     std::vector<URL> projectRoots() const;

@@ -1,6 +1,12 @@
 #include "core/scan/RuleCatalog.h"
 
+#include "core/rules/Android.h"
+#include "core/rules/AndroidDevices.h"
+#include "core/rules/JavaScript.h"
+#include "core/rules/Projects.h"
+#include "core/rules/Simulators.h"
 #include "core/rules/System.h"
+#include "core/rules/Xcode.h"
 
 namespace tidewright::RuleCatalog {
 
@@ -8,43 +14,37 @@ namespace {
 
 using enum Category;
 
-/// The place of a rule that has not been built: it finds nothing.
-CleanupRule notBuilt(std::string id, Category category, std::string name) {
-    return {std::move(id), category, std::move(name),
-            [](const ScanContext&) { return std::vector<ScanItem>{}; }};
-}
-
 std::vector<CleanupRule> makeAll() {
     return {
-        notBuilt("android.systemImage", android, "SystemImagesRule"),
-        notBuilt("android.ndk", android, "NDKRule"),
-        notBuilt("android.buildTools", android, "BuildToolsRule"),
-        notBuilt("android.cmake", android, "CMakeRule"),
-        notBuilt("android.avdSnapshots", android, "AVDSnapshotsRule"),
-        notBuilt("android.avd", android, "AVDRule"),
-        notBuilt("gradle.versionCache", android, "GradleVersionCacheRule"),
-        notBuilt("gradle.wrapperDist", android, "GradleWrapperDistRule"),
-        notBuilt("gradle.daemonLogs", android, "GradleDaemonLogsRule"),
-        notBuilt("androidStudio.leftovers", android, "AndroidStudioLeftoversRule"),
-        notBuilt("ide.heapDumps", android, "HeapDumpRule"),
-        notBuilt("xcode.derivedData", xcode, "DerivedDataRule"),
-        notBuilt("xcode.deviceSupport", xcode, "DeviceSupportRule"),
-        notBuilt("xcode.archives", xcode, "XcodeArchivesRule"),
-        notBuilt("ios.runtime", xcode, "SimulatorRuntimeRule"),
-        notBuilt("ios.simulatorData", xcode, "SimulatorDeviceRule"),
-        notBuilt("ios.unavailableSimulators", xcode, "UnavailableSimulatorsRule"),
-        notBuilt("xcode.caches", xcode, "XcodeCachesRule"),
-        notBuilt("ios.podCaches", xcode, "CocoaPodsRule"),
-        notBuilt("xcode.extraInstalls", xcode, "ExtraXcodeRule"),
-        notBuilt("js.npm", javascript, "NPMRule"),
-        notBuilt("js.yarn", javascript, "YarnRule"),
-        notBuilt("js.pnpm", javascript, "PNPMRule"),
-        notBuilt("js.bun", javascript, "BunRule"),
-        notBuilt("js.expo", javascript, "ExpoRule"),
-        notBuilt("js.nodeGyp", javascript, "NodeGypRule"),
-        notBuilt("js.bundlerTemp", javascript, "BundlerTempRule"),
-        notBuilt("js.dotslash", javascript, "DotslashRule"),
-        notBuilt("js.nodeVersions", javascript, "NodeVersionsRule"),
+        cleanupRule(SystemImagesRule{}, android, "SystemImagesRule"),
+        cleanupRule(NDKRule{}, android, "NDKRule"),
+        cleanupRule(BuildToolsRule{}, android, "BuildToolsRule"),
+        cleanupRule(CMakeRule{}, android, "CMakeRule"),
+        cleanupRule(AVDSnapshotsRule{}, android, "AVDSnapshotsRule"),
+        cleanupRule(AVDRule{}, android, "AVDRule"),
+        cleanupRule(GradleVersionCacheRule{}, android, "GradleVersionCacheRule"),
+        cleanupRule(GradleWrapperDistRule{}, android, "GradleWrapperDistRule"),
+        cleanupRule(GradleDaemonLogsRule{}, android, "GradleDaemonLogsRule"),
+        cleanupRule(AndroidStudioLeftoversRule{}, android, "AndroidStudioLeftoversRule"),
+        cleanupRule(HeapDumpRule{}, android, "HeapDumpRule"),
+        cleanupRule(DerivedDataRule{}, xcode, "DerivedDataRule"),
+        cleanupRule(DeviceSupportRule{}, xcode, "DeviceSupportRule"),
+        cleanupRule(XcodeArchivesRule{}, xcode, "XcodeArchivesRule"),
+        cleanupRule(SimulatorRuntimeRule{}, xcode, "SimulatorRuntimeRule"),
+        cleanupRule(SimulatorDeviceRule{}, xcode, "SimulatorDeviceRule"),
+        cleanupRule(UnavailableSimulatorsRule{}, xcode, "UnavailableSimulatorsRule"),
+        cleanupRule(XcodeCachesRule{}, xcode, "XcodeCachesRule"),
+        cleanupRule(CocoaPodsRule{}, xcode, "CocoaPodsRule"),
+        cleanupRule(ExtraXcodeRule{}, xcode, "ExtraXcodeRule"),
+        cleanupRule(NPMRule{}, javascript, "NPMRule"),
+        cleanupRule(YarnRule{}, javascript, "YarnRule"),
+        cleanupRule(PNPMRule{}, javascript, "PNPMRule"),
+        cleanupRule(BunRule{}, javascript, "BunRule"),
+        cleanupRule(ExpoRule{}, javascript, "ExpoRule"),
+        cleanupRule(NodeGypRule{}, javascript, "NodeGypRule"),
+        cleanupRule(BundlerTempRule{}, javascript, "BundlerTempRule"),
+        cleanupRule(DotslashRule{}, javascript, "DotslashRule"),
+        cleanupRule(NodeVersionsRule{}, javascript, "NodeVersionsRule"),
         cleanupRule(HomebrewRule{}, system, "HomebrewRule"),
         cleanupRule(VSCodeRule{}, system, "VSCodeRule"),
         cleanupRule(BrowserCacheRule{}, system, "BrowserCacheRule"),
@@ -54,8 +54,8 @@ std::vector<CleanupRule> makeAll() {
         cleanupRule(OldDownloadsRule{}, system, "OldDownloadsRule"),
         cleanupRule(DockerRule{}, system, "DockerRule"),
         cleanupRule(TimeMachineSnapshotsRule{}, system, "TimeMachineSnapshotsRule"),
-        notBuilt("project.buildOutputs", projects, "ProjectBuildOutputsRule"),
-        notBuilt("project.nodeModules", projects, "DormantNodeModulesRule"),
+        cleanupRule(ProjectBuildOutputsRule{}, projects, "ProjectBuildOutputsRule"),
+        cleanupRule(DormantNodeModulesRule{}, projects, "DormantNodeModulesRule"),
     };
 }
 

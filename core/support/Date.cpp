@@ -11,8 +11,8 @@ namespace {
 using namespace std::chrono;
 
 // std::chrono's civil calendar ends at the year 32767.
-constexpr sys_days firstDay{year{-32767} / January / 1};
-constexpr sys_days lastDay{year{32767} / December / 31};
+constexpr Date earliest = sys_days{year{-32767} / January / 1};
+constexpr Date latest = sys_days{year{32767} / December / 31} + days(1) - microseconds(1);
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -68,9 +68,10 @@ std::optional<minutes> readOffset(FormReader& reader) {
 Date currentDate() { return floor<microseconds>(system_clock::now()); }
 
 std::string iso8601Text(Date date) {
-    const sys_days day = std::clamp(floor<days>(date), firstDay, lastDay);
+    const Date shown = std::clamp(date, earliest, latest);
+    const sys_days day = floor<days>(shown);
     const year_month_day civil{day};
-    const hh_mm_ss time{floor<seconds>(date - floor<days>(date))};
+    const hh_mm_ss time{floor<seconds>(shown - day)};
     return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(civil.year()),
                        static_cast<unsigned>(civil.month()), static_cast<unsigned>(civil.day()),
                        time.hours().count(), time.minutes().count(), time.seconds().count());

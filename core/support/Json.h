@@ -9,11 +9,19 @@
 
 namespace tidewright {
 
-/// A JSON value whose objects keep the order in which their keys were put in.
+/// A JSON value to be written: its objects keep the order in which their keys were put in.
 using Json = nlohmann::ordered_json;
 
+/// A JSON value that was read: its objects are ordered by their keys' bytes, which keeps objects of
+/// very many keys quick.
+using ParsedJson = nlohmann::json;
+
 /// Reads one document; absent when it is not JSON. Nesting of any depth is survived.
-std::optional<Json> parseJson(std::string_view text);
+std::optional<ParsedJson> parseJson(std::string_view text);
+
+/// The text under a key of a document whose outermost value is an object; absent for anything else.
+/// Nothing but that text is kept, so a document made to fill the memory can't.
+std::optional<std::string> jsonTextAt(std::string_view text, std::string_view key);
 
 enum class JsonLayout { compact, indented };
 

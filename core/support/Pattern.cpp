@@ -18,7 +18,7 @@ namespace {
 // starting point each, so a text with many of those would still be searched in quadratic time: the
 // budget, in steps and bytes passed over, holds for all of them together.
 constexpr std::uint64_t leastBudget = 10'000'000;
-constexpr std::uint64_t budgetPerByte = 4;
+constexpr std::uint64_t budgetPerByte = 8;
 constexpr std::uint32_t matchLimit = 1'000'000;
 constexpr std::uint32_t depthLimit = 100'000;
 constexpr std::uint32_t heapLimitKiB = 64 * 1024;
@@ -69,9 +69,10 @@ public:
     std::optional<std::vector<std::string>> next() {
         if (m_start > m_text.size())
             return std::nullopt;
-        const int count = pcre2_match(m_code, bytes(m_text), m_text.size(), m_start, 0,
-                                      m_data.get(), m_context.get());
-        if (count < 1) // no match, or a limit was reached
+        int count = match(0);
+        if (count == PCRE2_ERROR_JIT_STACKLIMIT)
+            count = match(PCRE2_NO_JIT); // the interpreter is held to the limits alone
+        if (count < 1)                   // no match, or a limit was reached
             return std::nullopt;
         const PCRE2_SIZE* ends = pcre2_get_ovector_pointer(m_data.get());
         std::vector<std::string> groups;
@@ -80,11 +81,16 @@ public:
                 ends[2 * i] == PCRE2_UNSET
                     ? std::string()
                     : std::string(m_text.substr(ends[2 * i], ends[2 * i + 1] - ends[2 * i])));
-        m_start = ends[1] > m_start || ends[1] > ends[0] ? ends[1] : m_start + 1;
+        m_start = ends[1] > ends[0] ? ends[1] : ends[1] + 1;
         return groups;
     }
 
 private:
+    int match(std::uint32_t options) {
+        return pcre2_match(m_code, bytes(m_text), m_text.size(), m_start, options, m_data.get(),
+                           m_context.get());
+    }
+
     const pcre2_code* m_code;
     std::string_view m_text;
     std::unique_ptr<pcre2_match_data, Freed> m_data;

@@ -28,6 +28,10 @@ std::size_t columnsOf(UChar32 c) {
     default:
         break;
     }
+    // The vowel and the end of a Korean syllable in parts stand in the columns of its beginning.
+    const int syllablePart = u_getIntPropertyValue(c, UCHAR_HANGUL_SYLLABLE_TYPE);
+    if (syllablePart == U_HST_VOWEL_JAMO || syllablePart == U_HST_TRAILING_JAMO)
+        return 0;
     const int width = u_getIntPropertyValue(c, UCHAR_EAST_ASIAN_WIDTH);
     return width == U_EA_FULLWIDTH || width == U_EA_WIDE ? 2 : 1;
 }
@@ -122,6 +126,8 @@ bool contains(std::string_view text, std::string_view part) {
 
 std::string removing(std::string_view part, std::string_view text) {
     std::string result(text);
+    if (part.empty())
+        return result;
     for (std::size_t at = result.find(part); at != std::string::npos; at = result.find(part, at))
         result.erase(at, part.size());
     return result;
@@ -179,7 +185,8 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
         if (!line.empty() && displayWidth(line) + 1 + columnsOf(rest) > columns)
             lines.push_back(std::exchange(line, {}));
         while (columnsOf(rest) > columns) {
-            const std::int32_t units = std::max(unitsFromStart(rest, columns), 1);
+            const std::int32_t units =
+                std::max(unitsFromStart(rest, columns), rest.moveIndex32(0, 1));
             lines.push_back(utf8(rest.tempSubString(0, units)));
             rest.remove(0, units);
         }

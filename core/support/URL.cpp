@@ -1,5 +1,6 @@
 #include "core/support/URL.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace tidewright {

@@ -33,6 +33,7 @@ TEST(CommandLine, AnswersBadInputWithOneSentenceAndStatus2) {
         {{"scan", "--root", "file/x"}, "the folder file/x can't be used: Not a directory."},
         {{"scan", "--root", "a\x1b[2Jb"},
          "the folder a\uFFFD[2Jb can't be used: No such file or directory."},
+        {{"explain"}, "explain needs to be told more: ID is required. See tidewright --help."},
         {{"rules", "--root"}, "there is no option \"--root\". See tidewright --help."},
     };
     for (const BadInput& input : inputs) {
@@ -48,8 +49,11 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput) {
     const ProcessOutput version = runProgram(home.url(), {"--version"});
     EXPECT_THAT(version.output, StartsWith("tidewright "));
     EXPECT_EQ(version.exitCode, 0);
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"--help"}, {"scan", "--help"}, {"rules", "--help"}}) {
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},
+                                                      {"scan", "--help"},
+                                                      {"rules", "--help"},
+                                                      {"projects", "--help"},
+                                                      {"explain", "--help"}}) {
         const ProcessOutput help = runProgram(home.url(), arguments);
         EXPECT_THAT(help.output, HasSubstr("Usage: tidewright"));
         EXPECT_EQ(help.errorOutput, "");

@@ -31,7 +31,7 @@ TEST(RulesCommand, PrintsAListOfRecordsAsJson) {
     const auto list = parseJson(run.output);
     ASSERT_TRUE(list && list->is_array());
     ASSERT_EQ(list->size(), 40U);
-    const Json first{
+    const ParsedJson first{
         {"id", "android.systemImage"}, {"category", "android"}, {"name", "SystemImagesRule"}};
     EXPECT_EQ((*list)[0], first);
 }

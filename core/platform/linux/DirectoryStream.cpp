@@ -1,12 +1,10 @@
-#include "core/platform/linux/DirectoryStream.h"
+#include "core/platform/DirectoryStream.h"
 
-#include "core/platform/posix/FileDescriptor.h"
+#include "core/platform/posix/PlainEntries.h"
 
 #include <fcntl.h>
 
 #include <cerrno>
-#include <string_view>
-#include <utility>
 
 namespace tidewright {
 
@@ -21,49 +19,25 @@ FileDescriptor openFolder(int parent, const char* path, Links links) {
     return FileDescriptor(openat(parent, path, flags));
 }
 
-std::optional<FileKind> kindOf(unsigned char type) {
-    switch (type) {
-    case DT_UNKNOWN:
-        return std::nullopt;
-    case DT_REG:
-        return FileKind::regular;
-    case DT_DIR:
-        return FileKind::directory;
-    case DT_LNK:
-        return FileKind::symbolicLink;
-    default:
-        return FileKind::other;
-    }
-}
-
 } // namespace
 
+struct DirectoryStream::State {
+    PlainEntries entries;
+};
+
+DirectoryStream::DirectoryStream(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+DirectoryStream::~DirectoryStream() = default;
+DirectoryStream::DirectoryStream(DirectoryStream&&) noexcept = default;
+
 DirectoryStream DirectoryStream::open(int parent, const char* path, Links links) {
-    FileDescriptor folder = openFolder(parent, path, links);
-    DIR* stream = folder ? fdopendir(folder.get()) : nullptr;
-    if (stream != nullptr)
-        folder.release(); // the stream owns it now
-    return DirectoryStream(stream);
+    PlainEntries entries(openFolder(parent, path, links));
+    if (!entries)
+        return DirectoryStream(nullptr);
+    return DirectoryStream(std::make_unique<State>(State{std::move(entries)}));
 }
 
-DirectoryStream::~DirectoryStream() {
-    if (m_stream != nullptr)
-        closedir(m_stream);
-}
+int DirectoryStream::descriptor() const { return m_state->entries.descriptor(); }
 
-DirectoryStream::DirectoryStream(DirectoryStream&& other) noexcept
-    : m_stream(std::exchange(other.m_stream, nullptr)) {}
-
-std::optional<StreamEntry> DirectoryStream::next() {
-    while (true) {
-        errno = 0;
-        const dirent* entry = readdir(m_stream);
-        if (entry == nullptr)
-            return std::nullopt;
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..")
-            return StreamEntry{entry->d_name, kindOf(entry->d_type)};
-    }
-}
+std::optional<StreamEntry> DirectoryStream::next() { return m_state->entries.next(); }
 
 } // namespace tidewright

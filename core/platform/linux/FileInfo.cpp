@@ -1,5 +1,7 @@
 #include "core/platform/FileInfo.h"
 
+#include "core/platform/posix/FileTime.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -20,10 +22,6 @@ FileKind kindOf(mode_t mode) {
     return S_ISLNK(mode) ? FileKind::symbolicLink : FileKind::other;
 }
 
-Date dateOf(const statx_timestamp& time) {
-    return Date(std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_nsec / 1000));
-}
-
 } // namespace
 
 Result<FileInfo, SystemError> fileInfo(const URL& url, Links links) {
@@ -35,9 +33,9 @@ Result<FileInfo, SystemError> fileInfo(const URL& url, Links links) {
     info.kind = kindOf(facts.stx_mode);
     info.logicalBytes = static_cast<Int64>(facts.stx_size);
     info.allocatedBytes = static_cast<Int64>(facts.stx_blocks) * bytesPerBlock;
-    info.modified = dateOf(facts.stx_mtime);
+    info.modified = dateOf(facts.stx_mtime.tv_sec, facts.stx_mtime.tv_nsec);
     if ((facts.stx_mask & STATX_BTIME) != 0)
-        info.created = dateOf(facts.stx_btime);
+        info.created = dateOf(facts.stx_btime.tv_sec, facts.stx_btime.tv_nsec);
     info.device = makedev(facts.stx_dev_major, facts.stx_dev_minor);
     info.inode = facts.stx_ino;
     info.linkCount = facts.stx_nlink;

@@ -1,4 +1,6 @@
-#include "core/platform/macos/DirectoryStream.h"
+#include "core/platform/DirectoryStream.h"
+
+#include "core/platform/posix/PlainEntries.h"
 
 #include <fcntl.h>
 #include <sys/attr.h>
@@ -7,7 +9,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <string_view>
 
 namespace tidewright {
 
@@ -30,21 +31,6 @@ FileKind kindOf(fsobj_type_t type) {
     case VDIR:
         return FileKind::directory;
     case VLNK:
-        return FileKind::symbolicLink;
-    default:
-        return FileKind::other;
-    }
-}
-
-std::optional<FileKind> kindOfPlain(std::uint8_t type) {
-    switch (type) {
-    case DT_UNKNOWN:
-        return std::nullopt;
-    case DT_REG:
-        return FileKind::regular;
-    case DT_DIR:
-        return FileKind::directory;
-    case DT_LNK:
         return FileKind::symbolicLink;
     default:
         return FileKind::other;
@@ -105,54 +91,62 @@ StreamEntry parse(const std::byte* position) {
 
 } // namespace
 
+struct DirectoryStream::State {
+    FileDescriptor folder;
+    std::unique_ptr<std::byte[]> buffer;
+    const std::byte* entry = nullptr;  ///< the next one in the buffer
+    int entriesLeft = 0;               ///< in the buffer
+    std::optional<PlainEntries> plain; ///< where entries can't be read in bulk
+
+    /// Reads the next entries into the buffer. When already the first reading fails, the file
+    /// system may not offer this, or the folder may be read but not searched: then all are read
+    /// plainly.
+    void fill() {
+        const bool isFirst = buffer == nullptr;
+        if (isFirst)
+            buffer = std::make_unique_for_overwrite<std::byte[]>(bufferBytes);
+        attrlist attributes = wantedAttributes;
+        errno = 0;
+        const int count = getattrlistbulk(folder.get(), &attributes, buffer.get(), bufferBytes, 0);
+        entry = buffer.get();
+        entriesLeft = count > 0 ? count : 0;
+        if (count >= 0 || !isFirst)
+            return;
+        PlainEntries entries(FileDescriptor(fcntl(folder.get(), F_DUPFD_CLOEXEC, 0)));
+        if (entries)
+            plain = std::move(entries);
+    }
+};
+
+DirectoryStream::DirectoryStream(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+DirectoryStream::~DirectoryStream() = default;
+DirectoryStream::DirectoryStream(DirectoryStream&&) noexcept = default;
+
 DirectoryStream DirectoryStream::open(int parent, const char* path, Links links) {
     const int flags =
         O_RDONLY | O_DIRECTORY | O_CLOEXEC | (links == Links::dontFollow ? O_NOFOLLOW : 0);
-    return DirectoryStream(FileDescriptor(openat(parent, path, flags)));
+    FileDescriptor folder(openat(parent, path, flags));
+    if (!folder)
+        return DirectoryStream(nullptr);
+    auto state = std::make_unique<State>();
+    state->folder = std::move(folder);
+    return DirectoryStream(std::move(state));
 }
+
+int DirectoryStream::descriptor() const { return m_state->folder.get(); }
 
 std::optional<StreamEntry> DirectoryStream::next() {
-    if (m_entriesLeft == 0 && !m_plainStream)
-        fill();
-    if (m_plainStream)
-        return nextOfPlainStream();
-    if (m_entriesLeft == 0)
+    State& state = *m_state;
+    if (state.entriesLeft == 0 && !state.plain)
+        state.fill();
+    if (state.plain)
+        return state.plain->next();
+    if (state.entriesLeft == 0)
         return std::nullopt;
-    const StreamEntry entry = parse(m_entry);
-    m_entry += EntryReader(m_entry).take<std::uint32_t>();
-    --m_entriesLeft;
+    const StreamEntry entry = parse(state.entry);
+    state.entry += EntryReader(state.entry).take<std::uint32_t>();
+    --state.entriesLeft;
     return entry;
-}
-
-/// Reads the next entries into the buffer. When already the first reading fails, the file system
-/// may not offer this, or the folder may be read but not searched: a plain stream takes over.
-void DirectoryStream::fill() {
-    const bool isFirst = m_buffer == nullptr;
-    if (isFirst)
-        m_buffer = std::make_unique_for_overwrite<std::byte[]>(bufferBytes);
-    attrlist attributes = wantedAttributes;
-    errno = 0;
-    const int count = getattrlistbulk(m_folder.get(), &attributes, m_buffer.get(), bufferBytes, 0);
-    m_entry = m_buffer.get();
-    m_entriesLeft = count > 0 ? count : 0;
-    if (count >= 0 || !isFirst)
-        return;
-    FileDescriptor copy(fcntl(m_folder.get(), F_DUPFD_CLOEXEC, 0));
-    m_plainStream.reset(copy ? fdopendir(copy.get()) : nullptr);
-    if (m_plainStream)
-        copy.release(); // the stream owns it now
-}
-
-std::optional<StreamEntry> DirectoryStream::nextOfPlainStream() {
-    while (true) {
-        errno = 0;
-        const dirent* entry = readdir(m_plainStream.get());
-        if (entry == nullptr)
-            return std::nullopt;
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..")
-            return StreamEntry{entry->d_name, kindOfPlain(entry->d_type), std::nullopt};
-    }
 }
 
 } // namespace tidewright

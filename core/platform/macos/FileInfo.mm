@@ -1,6 +1,7 @@
 #include "core/platform/FileInfo.h"
 
 #import "core/platform/macos/Conversion.h"
+#include "core/platform/posix/FileTime.h"
 
 #include <sys/stat.h>
 
@@ -20,10 +21,6 @@ FileKind kindOf(mode_t mode) {
     return S_ISLNK(mode) ? FileKind::symbolicLink : FileKind::other;
 }
 
-Date dateOf(const timespec& time) {
-    return Date(std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_nsec / 1000));
-}
-
 } // namespace
 
 Result<FileInfo, SystemError> fileInfo(const URL& url, Links links) {
@@ -34,11 +31,21 @@ Result<FileInfo, SystemError> fileInfo(const URL& url, Links links) {
     return FileInfo{.kind = kindOf(facts.st_mode),
                     .logicalBytes = facts.st_size,
                     .allocatedBytes = facts.st_blocks * bytesPerBlock,
-                    .modified = dateOf(facts.st_mtimespec),
-                    .created = dateOf(facts.st_birthtimespec),
+                    .modified = modificationDate(facts),
+                    .created =
+                        dateOf(facts.st_birthtimespec.tv_sec, facts.st_birthtimespec.tv_nsec),
                     .device = static_cast<std::uint64_t>(facts.st_dev),
                     .inode = facts.st_ino,
                     .linkCount = facts.st_nlink};
+}
+
+bool isPackage(const URL& folder) {
+    @autoreleasepool {
+        NSDictionary<NSURLResourceKey, id>* values =
+            [foundationURL(folder) resourceValuesForKeys:@[ NSURLIsPackageKey ] error:nil];
+        NSNumber* answer = values[NSURLIsPackageKey];
+        return answer.boolValue; // of nothing: no
+    }
 }
 
 std::optional<Date> dateAddedToFolder(const URL& url) {

@@ -161,8 +161,10 @@ int pollLimit(std::optional<Clock::time_point> deadline) {
     return static_cast<int>(std::clamp<std::int64_t>(left, 0, 3'600'000));
 }
 
+/// A limit below nothing counts as nothing: from one far below, the time left can't be told.
 Clock::time_point deadlineAfter(Duration timeout) {
     const auto now = Clock::now();
+    timeout = std::max(timeout, Duration::zero());
     return timeout < Clock::time_point::max() - now
                ? now + std::chrono::duration_cast<Clock::duration>(timeout)
                : Clock::time_point::max();

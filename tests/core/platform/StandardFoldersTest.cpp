@@ -5,12 +5,12 @@
 namespace tidewright {
 namespace {
 
-TEST(StandardFolders, areAbsolute) {
+TEST(StandardFolders, AreAbsolute) {
     EXPECT_TRUE(homeDirectory().path().starts_with('/'));
     EXPECT_TRUE(temporaryDirectory().path().starts_with('/'));
 }
 
-TEST(StandardFolders, applicationsOfAllUsersComeBeforeTheUsersOwn) {
+TEST(StandardFolders, ApplicationsOfAllUsersComeBeforeTheUsersOwn) {
     EXPECT_EQ(applicationFolders(URL("/home/user")),
               (std::vector<URL>{URL("/Applications"), URL("/home/user/Applications")}));
     EXPECT_EQ(applicationFolders(URL("/home/user/")),

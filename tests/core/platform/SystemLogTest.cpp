@@ -11,7 +11,7 @@ namespace {
 
 const Logger logger{"com.tidewright.core", "test"};
 
-TEST(SystemLog, takesAnyText) {
+TEST(SystemLog, TakesAnyText) {
     for (const std::string& text :
          std::vector<std::string>{"", "\n", std::string("a\0b", 3), "\x1b[2J", "\xFF\xFE",
                                   "%s%n%d {} {0}", std::string(1'000'000, 'x')})
@@ -20,7 +20,7 @@ TEST(SystemLog, takesAnyText) {
     Logger{"", ""}.info("nameless");
 }
 
-TEST(SystemLog, takesTextsOfManyThreads) {
+TEST(SystemLog, TakesTextsOfManyThreads) {
     std::vector<std::unique_ptr<ChildTask<bool>>> writers;
     for (int i = 0; i < 8; ++i)
         writers.push_back(std::make_unique<ChildTask<bool>>([] {

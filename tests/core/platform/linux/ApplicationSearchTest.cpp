@@ -59,7 +59,7 @@ void makeBundle(const TempHome& home, const std::string& folder, const std::stri
     home.file(folder + "/Contents/Info.plist", plist(identifier));
 }
 
-TEST(ApplicationSearch, findsABundleByTheIdentifierInIt) {
+TEST(ApplicationSearch, FindsABundleByTheIdentifierInIt) {
     const TempHome home;
     makeBundle(home, "Applications/Paint.app", "org.example.Paint");
     makeBundle(home, "home/Applications/My Notes.app", "org.example.Notes");
@@ -69,7 +69,7 @@ TEST(ApplicationSearch, findsABundleByTheIdentifierInIt) {
                 isApplication(home.path("home/Applications/My Notes.app"), "My Notes.app"));
 }
 
-TEST(ApplicationSearch, findsABundleThatIsALink) {
+TEST(ApplicationSearch, FindsABundleThatIsALink) {
     const TempHome home;
     makeBundle(home, "elsewhere/Paint.app", "org.example.Paint");
     home.folder("Applications");
@@ -79,7 +79,7 @@ TEST(ApplicationSearch, findsABundleThatIsALink) {
                 isApplication(home.path("Applications/Paint.app"), "Paint.app"));
 }
 
-TEST(ApplicationSearch, takesTheFirstOfSeveralBundles) {
+TEST(ApplicationSearch, TakesTheFirstOfSeveralBundles) {
     const TempHome home;
     makeBundle(home, "home/Applications/A.app", "org.example.Paint");
     for (const char* const number : {"7", "3", "9", "2", "8", "5", "4", "6"})
@@ -88,7 +88,7 @@ TEST(ApplicationSearch, takesTheFirstOfSeveralBundles) {
                 isApplication(home.path("Applications/Paint 2.app"), "Paint 2.app"));
 }
 
-TEST(ApplicationSearch, findsADesktopEntryByItsFilesName) {
+TEST(ApplicationSearch, FindsADesktopEntryByItsFilesName) {
     const TempHome home;
     const URL file = home.file("share/applications/org.example.Paint.desktop",
                                "# a comment\n[Desktop Action new]\nName=New\n" +
@@ -96,7 +96,7 @@ TEST(ApplicationSearch, findsADesktopEntryByItsFilesName) {
     EXPECT_THAT(found(home, "org.example.Paint"), isApplication(file, "Pa int"));
 }
 
-TEST(ApplicationSearch, theFirstDesktopEntryOfANameCounts) {
+TEST(ApplicationSearch, TheFirstDesktopEntryOfANameCounts) {
     const TempHome home;
     home.file("share/applications/org.example.Paint.desktop", entry("System"));
     home.file("flatpak/exports/share/applications/org.example.Paint.desktop", entry("Flatpak"));
@@ -104,7 +104,7 @@ TEST(ApplicationSearch, theFirstDesktopEntryOfANameCounts) {
     EXPECT_THAT(found(home, "org.example.Paint"), isApplication(own, "Own"));
 }
 
-TEST(ApplicationSearch, aHiddenEntryUninstallsThoseBehindIt) {
+TEST(ApplicationSearch, AHiddenEntryUninstallsThoseBehindIt) {
     const TempHome home;
     home.file("share/applications/org.example.Paint.desktop", entry("Paint"));
     EXPECT_THAT(found(home, "org.example.Paint"), Optional(_));
@@ -115,7 +115,7 @@ TEST(ApplicationSearch, aHiddenEntryUninstallsThoseBehindIt) {
     EXPECT_THAT(found(home, "org.example.Paint"), Optional(_));
 }
 
-TEST(ApplicationSearch, findsAnInstalledFlatpakWithoutADesktopEntry) {
+TEST(ApplicationSearch, FindsAnInstalledFlatpakWithoutADesktopEntry) {
     const TempHome home;
     home.folder("flatpak/app/org.example.Paint/x86_64/stable");
     home.link("flatpak/app/org.example.Paint/current", "x86_64/stable");
@@ -123,7 +123,7 @@ TEST(ApplicationSearch, findsAnInstalledFlatpakWithoutADesktopEntry) {
                 isApplication(home.path("flatpak/app/org.example.Paint"), "org.example.Paint"));
 }
 
-TEST(ApplicationSearch, findsAnApplicationUnderItsOtherNames) {
+TEST(ApplicationSearch, FindsAnApplicationUnderItsOtherNames) {
     struct Case {
         std::string file;
         std::vector<std::string> identifiers;
@@ -150,7 +150,7 @@ TEST(ApplicationSearch, findsAnApplicationUnderItsOtherNames) {
                               "com.google.AndroidStudio"));
 }
 
-TEST(ApplicationSearch, prefersBundlesThenEntriesThenFlatpaksAndTheAskedName) {
+TEST(ApplicationSearch, PrefersBundlesThenEntriesThenFlatpaksAndTheAskedName) {
     const TempHome home;
     home.folder("flatpak/app/com.google.Chrome/current");
     EXPECT_THAT(found(home, "com.google.Chrome")->displayName, "com.google.Chrome");
@@ -162,13 +162,13 @@ TEST(ApplicationSearch, prefersBundlesThenEntriesThenFlatpaksAndTheAskedName) {
     EXPECT_THAT(found(home, "com.google.Chrome")->displayName, "Chrome.app");
 }
 
-TEST(ApplicationSearch, namesThatAreNotUTF8AreRepaired) {
+TEST(ApplicationSearch, NamesThatAreNotUTF8AreRepaired) {
     const TempHome home;
     home.file("share/applications/org.example.Paint.desktop", entry("P\xFFint"));
     EXPECT_EQ(found(home, "org.example.Paint")->displayName, "P\xEF\xBF\xBDint");
 }
 
-TEST(ApplicationSearch, leavesLookAlikesOut) {
+TEST(ApplicationSearch, LeavesLookAlikesOut) {
     const std::vector<std::pair<std::string, std::function<void(const TempHome&)>>> cases = {
         {"nothing installed", [](const TempHome&) {}},
         {"other identifiers",
@@ -259,7 +259,7 @@ TEST(ApplicationSearch, leavesLookAlikesOut) {
     }
 }
 
-TEST(ApplicationSearch, whatIsNoIdentifierFindsNothing) {
+TEST(ApplicationSearch, WhatIsNoIdentifierFindsNothing) {
     const TempHome home;
     home.folder("flatpak/app/current");
     home.folder("flatpak/current");
@@ -276,7 +276,7 @@ TEST(ApplicationSearch, whatIsNoIdentifierFindsNothing) {
     }
 }
 
-TEST(ApplicationSearch, missingFoldersAreNoHindrance) {
+TEST(ApplicationSearch, MissingFoldersAreNoHindrance) {
     EXPECT_EQ(ApplicationSearch().find("org.example.Paint", {}), std::nullopt);
     const TempHome home;
     home.file("Applications", "a file");
@@ -285,7 +285,7 @@ TEST(ApplicationSearch, missingFoldersAreNoHindrance) {
     EXPECT_THAT(found(home, "org.example.Paint"), Optional(_));
 }
 
-TEST(ApplicationSearch, aLongLivedSearchSeesWhatChanges) {
+TEST(ApplicationSearch, ALongLivedSearchSeesWhatChanges) {
     const TempHome home;
     const ApplicationFolders folders = foldersIn(home);
     ApplicationSearch search;
@@ -333,7 +333,7 @@ TEST(ApplicationSearch, aLongLivedSearchSeesWhatChanges) {
     EXPECT_EQ(search.find("org.example.Ten", folders)->displayName, "Other.app");
 }
 
-TEST(ApplicationSearch, standardFoldersFollowTheEnvironment) {
+TEST(ApplicationSearch, StandardFoldersFollowTheEnvironment) {
     const URL home("/home/user");
     const auto entryFolders = [&](const Environment& environment) {
         return standardApplicationFolders(home, environment).desktopEntries;
@@ -363,7 +363,7 @@ TEST(ApplicationSearch, standardFoldersFollowTheEnvironment) {
                                                URL("/var/lib/flatpak/app")));
 }
 
-TEST(Applications, findsABundleInTheUsersOwnFolder) {
+TEST(Applications, FindsABundleInTheUsersOwnFolder) {
     const TempHome home;
     makeBundle(home, "Applications/Paint.app", "org.example.tidewright.test.Paint");
     EXPECT_THAT(applicationWithBundleIdentifier("org.example.tidewright.test.Paint", home.url()),

@@ -14,7 +14,7 @@ struct Case {
     Identifiers expected;
 };
 
-TEST(ApplicationUnit, readsTheFormsOfScopesAndServices) {
+TEST(ApplicationUnit, ReadsTheFormsOfScopesAndServices) {
     const std::vector<Case> cases = {
         // Without a launcher.
         {"app-org.mozilla.firefox-12345.scope", {"org.mozilla.firefox"}},
@@ -38,7 +38,7 @@ TEST(ApplicationUnit, readsTheFormsOfScopesAndServices) {
 }
 
 // Without escapes nothing tells a launcher from the beginning of a name.
-TEST(ApplicationUnit, givesEveryReadingOfANameWithDashes) {
+TEST(ApplicationUnit, GivesEveryReadingOfANameWithDashes) {
     const std::vector<Case> cases = {
         {"app-gnome-org.mozilla.firefox-12345.scope",
          {"org.mozilla.firefox", "gnome-org.mozilla.firefox"}},
@@ -57,7 +57,7 @@ TEST(ApplicationUnit, givesEveryReadingOfANameWithDashes) {
         EXPECT_EQ(applicationsOfUnit(each.unit), each.expected) << each.unit;
 }
 
-TEST(ApplicationUnit, readsUnitsOfTheMessageBusAndOfSnaps) {
+TEST(ApplicationUnit, ReadsUnitsOfTheMessageBusAndOfSnaps) {
     const std::vector<Case> cases = {
         {"dbus-:1.2-org.gnome.Nautilus@0.service", {"org.gnome.Nautilus"}},
         {"snap.firefox.firefox-2b5c8a4e-0f6d-4c0e-9a51-6d1f2e3a4b5c.scope", {"firefox_firefox"}},
@@ -69,7 +69,7 @@ TEST(ApplicationUnit, readsUnitsOfTheMessageBusAndOfSnaps) {
         EXPECT_EQ(applicationsOfUnit(each.unit), each.expected) << each.unit;
 }
 
-TEST(ApplicationUnit, passesOverEverythingElse) {
+TEST(ApplicationUnit, PassesOverEverythingElse) {
     for (const char* const unit :
          {"", ".", "-", "app", "app-", "app-.scope", "app-.service", "app--.scope", "app.slice",
           "app-firefox", "app-firefox-12345", "app-firefox-12345.mount",
@@ -86,7 +86,7 @@ TEST(ApplicationUnit, passesOverEverythingElse) {
         EXPECT_EQ(applicationsOfUnit(unit), Identifiers()) << unit;
 }
 
-TEST(ApplicationUnit, survivesDamagedEscapes) {
+TEST(ApplicationUnit, SurvivesDamagedEscapes) {
     const std::vector<Case> cases = {
         {R"(app-a\-1.scope)", {R"(a\)"}},       {R"(app-a\x-1.scope)", {R"(a\x)"}},
         {R"(app-a\x2-1.scope)", {R"(a\x2)"}},   {R"(app-a\x2z-1.scope)", {R"(a\x2z)"}},
@@ -97,7 +97,7 @@ TEST(ApplicationUnit, survivesDamagedEscapes) {
         EXPECT_EQ(applicationsOfUnit(each.unit), each.expected) << each.unit;
 }
 
-TEST(ApplicationUnit, findsUnitsAnywhereInAProcessesControlGroups) {
+TEST(ApplicationUnit, FindsUnitsAnywhereInAProcessesControlGroups) {
     struct Text {
         std::string name;
         std::string text;

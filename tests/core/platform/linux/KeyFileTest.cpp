@@ -11,7 +11,7 @@ struct Case {
     std::optional<std::string> expected; ///< of the key "Name" in the group "Desktop Entry"
 };
 
-TEST(KeyFile, findsAKeyInItsGroup) {
+TEST(KeyFile, FindsAKeyInItsGroup) {
     const std::vector<Case> cases = {
         {"plain", "[Desktop Entry]\nName=Files\n", "Files"},
         {"without a last line end", "[Desktop Entry]\nName=Files", "Files"},

@@ -12,7 +12,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-TEST(KnownApplications, everyMatcherThatExistsOnLinuxIsReachedFromItsDesktopEntry) {
+TEST(KnownApplications, EveryMatcherThatExistsOnLinuxIsReachedFromItsDesktopEntry) {
     const std::map<std::string, AppMatcher> matchers = {
         {"com.google.AndroidStudio", AppMatcher::androidStudio},
         {"android-studio", AppMatcher::androidStudio},
@@ -34,7 +34,7 @@ TEST(KnownApplications, everyMatcherThatExistsOnLinuxIsReachedFromItsDesktopEntr
             EXPECT_THAT(allIdentifiers(name), Contains(identifier)) << name;
 }
 
-TEST(KnownApplications, everyMatcherThatExistsOnLinuxIsReachedFromItsProgram) {
+TEST(KnownApplications, EveryMatcherThatExistsOnLinuxIsReachedFromItsProgram) {
     const std::map<std::string, AppMatcher> matchers = {
         {"studio", AppMatcher::androidStudio}, {"studio.sh", AppMatcher::androidStudio},
         {"code", AppMatcher::vsCode},          {"chrome", AppMatcher::chrome},
@@ -48,7 +48,7 @@ TEST(KnownApplications, everyMatcherThatExistsOnLinuxIsReachedFromItsProgram) {
             << program;
 }
 
-TEST(KnownApplications, allNamesOfAnApplicationLeadToEachOther) {
+TEST(KnownApplications, AllNamesOfAnApplicationLeadToEachOther) {
     for (const char* const name : {"com.microsoft.VSCode", "code", "com.visualstudio.code"}) {
         const auto identifiers = allIdentifiers(name);
         EXPECT_EQ(identifiers.front(), name);
@@ -58,7 +58,7 @@ TEST(KnownApplications, allNamesOfAnApplicationLeadToEachOther) {
     }
 }
 
-TEST(KnownApplications, lookAlikesHaveNoOtherNames) {
+TEST(KnownApplications, LookAlikesHaveNoOtherNames) {
     for (const char* const name :
          {"org.example.Unknown", "com.google.chrome", "com.google.Chrome.helper", "com.google",
           "Code", "code-", "xcode", "com.microsoft.vscode", "Firefox",
@@ -66,7 +66,7 @@ TEST(KnownApplications, lookAlikesHaveNoOtherNames) {
         EXPECT_THAT(allIdentifiers(name), ElementsAre(name)) << name;
 }
 
-TEST(KnownApplications, lookAlikesAreNoKnownPrograms) {
+TEST(KnownApplications, LookAlikesAreNoKnownPrograms) {
     for (const char* const program : {"",
                                       "Code",
                                       "code.sh",
@@ -91,7 +91,7 @@ TEST(KnownApplications, lookAlikesAreNoKnownPrograms) {
         EXPECT_EQ(identifierOfProgram(program), std::nullopt) << program;
 }
 
-TEST(KnownApplications, androidStudioIsTheJavaProgramWithItsLauncherSettings) {
+TEST(KnownApplications, AndroidStudioIsTheJavaProgramWithItsLauncherSettings) {
     const std::vector<std::vector<std::string>> studio = {
         {"java", "-Xmx2048m", "-Didea.paths.selector=AndroidStudio2023.1",
          "com.intellij.idea.Main"},
@@ -117,7 +117,7 @@ TEST(KnownApplications, androidStudioIsTheJavaProgramWithItsLauncherSettings) {
         EXPECT_EQ(identifierOfJavaProgram(arguments), std::nullopt);
 }
 
-TEST(KnownApplications, anIdentifierIsAPlainNameOfAFile) {
+TEST(KnownApplications, AnIdentifierIsAPlainNameOfAFile) {
     for (const std::string& text : std::vector<std::string>{
              "org.mozilla.firefox", "code", "code_code", "a", "com.example.My App", "caf\xC3\xA9",
              "a..b", std::string(200, 'a')})

@@ -64,7 +64,7 @@ struct Case {
     std::optional<std::string> expected;
 };
 
-TEST(PropertyList, findsATextInTheOutermostDictionaryOfEitherForm) {
+TEST(PropertyList, FindsATextInTheOutermostDictionaryOfEitherForm) {
     const std::string longText(300, 'x'); // its length does not fit into the marker
     const std::vector<Case> cases = {
         {"plain", "<dict><key>CFBundleIdentifier</key><string>org.example.App</string></dict>",
@@ -108,7 +108,7 @@ TEST(PropertyList, findsATextInTheOutermostDictionaryOfEitherForm) {
     }
 }
 
-TEST(PropertyList, findsATextInALargeDictionary) {
+TEST(PropertyList, FindsATextInALargeDictionary) {
     std::string inside = "<dict>";
     for (int i = 0; i < 5000; ++i)
         inside +=
@@ -118,21 +118,21 @@ TEST(PropertyList, findsATextInALargeDictionary) {
     EXPECT_EQ(propertyListString(binary(xml(inside)), key), "org.example.App");
 }
 
-TEST(PropertyList, readsAnXmlListBehindAByteOrderMark) {
+TEST(PropertyList, ReadsAnXmlListBehindAByteOrderMark) {
     EXPECT_EQ(propertyListString("\xEF\xBB\xBF" + xml("<dict><key>CFBundleIdentifier</key>"
                                                       "<string>org.example.App</string></dict>"),
                                  key),
               "org.example.App");
 }
 
-TEST(PropertyList, textsBeyondAsciiAreAbsentFromABinaryList) {
+TEST(PropertyList, TextsBeyondAsciiAreAbsentFromABinaryList) {
     const std::string list = xml("<dict><key>CFBundleIdentifier</key><string>caf\xC3\xA9</string>"
                                  "<key>\xC3\xA9</key><string>a</string></dict>");
     EXPECT_EQ(propertyListString(list, key), "caf\xC3\xA9");
     EXPECT_EQ(propertyListString(binary(list), key), std::nullopt);
 }
 
-TEST(PropertyList, whatIsNoneIsAbsent) {
+TEST(PropertyList, WhatIsNoneIsAbsent) {
     for (const std::string& bytes : std::vector<std::string>{
              "",
              " ",
@@ -161,7 +161,7 @@ TEST(PropertyList, whatIsNoneIsAbsent) {
         EXPECT_EQ(propertyListString(bytes, key), std::nullopt) << bytes;
 }
 
-TEST(PropertyList, eachBeginningAndEachDamagedByteIsSurvived) {
+TEST(PropertyList, EachBeginningAndEachDamagedByteIsSurvived) {
     const std::string list =
         xml("<dict><key>A</key><array><true/><integer>700</integer></array>"
             "<key>CFBundleIdentifier</key><string>org.example.App</string></dict>");
@@ -178,7 +178,7 @@ TEST(PropertyList, eachBeginningAndEachDamagedByteIsSurvived) {
     }
 }
 
-TEST(PropertyList, deepNestingIsSurvived) {
+TEST(PropertyList, DeepNestingIsSurvived) {
     const std::string beginning =
         "<dict><key>CFBundleIdentifier</key><string>a</string><key>b</key>";
     std::string closed = beginning;
@@ -199,7 +199,7 @@ TEST(PropertyList, deepNestingIsSurvived) {
     EXPECT_EQ(propertyListString(binaryOf(objects), "k"), std::nullopt);
 }
 
-TEST(PropertyList, nestingThatRealListsHaveIsRead) {
+TEST(PropertyList, NestingThatRealListsHaveIsRead) {
     std::string list = "<dict><key>CFBundleIdentifier</key><string>a</string><key>b</key>";
     for (int i = 0; i < 1000; ++i)
         list += "<array>";
@@ -208,7 +208,7 @@ TEST(PropertyList, nestingThatRealListsHaveIsRead) {
     EXPECT_EQ(propertyListString(xml(list + "</dict>"), key), "a");
 }
 
-TEST(PropertyList, aBinaryListThatUnfoldsWithoutEndIsSurvived) {
+TEST(PropertyList, ABinaryListThatUnfoldsWithoutEndIsSurvived) {
     // Each list holds the next one twice: 2^60 texts, were they all read.
     std::vector<std::string> objects{"\xD2" + reference(1) + reference(3) + reference(2) +
                                          reference(4),
@@ -220,12 +220,12 @@ TEST(PropertyList, aBinaryListThatUnfoldsWithoutEndIsSurvived) {
     EXPECT_EQ(propertyListString(binaryOf(objects), "m"), std::nullopt);
 }
 
-TEST(PropertyList, aBinaryListThatHoldsItselfIsSurvived) {
+TEST(PropertyList, ABinaryListThatHoldsItselfIsSurvived) {
     const std::vector<std::string> objects{"\xD1" + reference(1) + reference(0), "\x51k"};
     EXPECT_EQ(propertyListString(binaryOf(objects), "k"), std::nullopt);
 }
 
-TEST(PropertyList, claimsOfABinaryListAreNotBelieved) {
+TEST(PropertyList, ClaimsOfABinaryListAreNotBelieved) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
         {"more keys than bytes", {"\xDF\x13" + bigEndian(~0ULL, 8)}},
         {"twice the count overflows", {"\xDF\x13" + bigEndian(1ULL << 63, 8)}},
@@ -244,7 +244,7 @@ TEST(PropertyList, claimsOfABinaryListAreNotBelieved) {
         "v");
 }
 
-TEST(PropertyList, listsBeyondTheLimitAreNotRead) {
+TEST(PropertyList, ListsBeyondTheLimitAreNotRead) {
     const std::string list =
         xml("<dict><key>CFBundleIdentifier</key><string>org.example.App</string></dict>");
     const auto padded = [&](std::size_t size) {

@@ -79,7 +79,7 @@ std::string plist(const std::string& identifier) {
            identifier + "</string></dict></plist>\n";
 }
 
-TEST(RunningApplicationSearch, recognisesWhatMatchersLookFor) {
+TEST(RunningApplicationSearch, RecognisesWhatMatchersLookFor) {
     struct Case {
         std::string name;
         Process process;
@@ -170,7 +170,7 @@ TEST(RunningApplicationSearch, recognisesWhatMatchersLookFor) {
             EXPECT_THAT(found({each.process}), Contains(identifier)) << each.name;
 }
 
-TEST(RunningApplicationSearch, givesAllNamesOfAnApplicationAndPassesOnUnknownOnes) {
+TEST(RunningApplicationSearch, GivesAllNamesOfAnApplicationAndPassesOnUnknownOnes) {
     EXPECT_EQ(found({{1, "code", {"code"}, "/usr/share/code/code"}}),
               (Identifiers{"code", "code_code", "com.microsoft.VSCode", "com.visualstudio.code"}));
     EXPECT_EQ(
@@ -179,7 +179,7 @@ TEST(RunningApplicationSearch, givesAllNamesOfAnApplicationAndPassesOnUnknownOne
         (Identifiers{"org.kde.dolphin", "org.example.Editor"}));
 }
 
-TEST(RunningApplicationSearch, recognisesProgramsInApplicationBundles) {
+TEST(RunningApplicationSearch, RecognisesProgramsInApplicationBundles) {
     const TempHome home;
     home.file("Applications/Paint.app/Contents/Info.plist", plist("org.example.Paint"));
     home.file("Applications/Paint.app/Contents/Helpers/Brush.app/Contents/Info.plist",
@@ -203,7 +203,7 @@ TEST(RunningApplicationSearch, recognisesProgramsInApplicationBundles) {
     EXPECT_THAT(found({{1, "x", {"x.app/Contents/MacOS/x"}, ""}}), IsEmpty());
 }
 
-TEST(RunningApplicationSearch, leavesLookAlikesOut) {
+TEST(RunningApplicationSearch, LeavesLookAlikesOut) {
     const std::vector<std::pair<std::string, Process>> cases = {
         {"a script of that name",
          {1, "code", {"/bin/bash", "/home/user/bin/code"}, "/usr/bin/bash"}},
@@ -261,7 +261,7 @@ TEST(RunningApplicationSearch, leavesLookAlikesOut) {
         EXPECT_THAT(found({process}), IsEmpty()) << name;
 }
 
-TEST(RunningApplicationSearch, countsProcessesOfThisUserOnly) {
+TEST(RunningApplicationSearch, CountsProcessesOfThisUserOnly) {
     Process firefox{7,
                     "firefox",
                     {"firefox"},
@@ -278,7 +278,7 @@ TEST(RunningApplicationSearch, countsProcessesOfThisUserOnly) {
     EXPECT_THAT(found({firefox}), Contains("org.mozilla.firefox"));
 }
 
-TEST(RunningApplicationSearch, takesOnlyNumbersForProcesses) {
+TEST(RunningApplicationSearch, TakesOnlyNumbersForProcesses) {
     const TempHome tree;
     for (const char* const name : {"self", "thread-self", "7a", "-7", "7 ", ".7"}) {
         record(tree, {7, "firefox", {"firefox"}, "/usr/lib/firefox/firefox"});
@@ -287,7 +287,7 @@ TEST(RunningApplicationSearch, takesOnlyNumbersForProcesses) {
     EXPECT_THAT(findRunningApplications(tree.url(), me), IsEmpty());
 }
 
-TEST(RunningApplicationSearch, survivesAProcessThatLosesItsFilesMidway) {
+TEST(RunningApplicationSearch, SurvivesAProcessThatLosesItsFilesMidway) {
     const Process chrome{7, "chrome", {"chrome"}, "/opt/google/chrome/chrome"};
     const Process vanishing{8,
                             "firefox",
@@ -313,7 +313,7 @@ TEST(RunningApplicationSearch, survivesAProcessThatLosesItsFilesMidway) {
     EXPECT_THAT(findRunningApplications(tree.url(), me), Contains("com.google.Chrome"));
 }
 
-TEST(RunningApplicationSearch, survivesOddEntries) {
+TEST(RunningApplicationSearch, SurvivesOddEntries) {
     const Process chrome{7, "chrome", {"chrome"}, "/opt/google/chrome/chrome"};
     const std::vector<std::pair<std::string, std::function<void(const TempHome&)>>> cases = {
         {"folders in place of files",
@@ -365,7 +365,7 @@ TEST(RunningApplicationSearch, survivesOddEntries) {
     }
 }
 
-TEST(RunningApplicationSearch, readsCommandLinesOfAnyLength) {
+TEST(RunningApplicationSearch, ReadsCommandLinesOfAnyLength) {
     std::vector<std::string> arguments{"/opt/android-studio/jbr/bin/java"};
     arguments.resize(40'000, "-Dsome.property=" + std::string(60, 'x'));
     arguments.emplace_back("-Didea.vendor.name=Google");
@@ -376,7 +376,7 @@ TEST(RunningApplicationSearch, readsCommandLinesOfAnyLength) {
                 Contains("com.microsoft.VSCode"));
 }
 
-TEST(RunningApplicationSearch, findsNothingWhereThereAreNoProcesses) {
+TEST(RunningApplicationSearch, FindsNothingWhereThereAreNoProcesses) {
     const TempHome tree;
     EXPECT_THAT(findRunningApplications(tree.url(), me), IsEmpty());
     EXPECT_THAT(findRunningApplications(tree.path("missing"), me), IsEmpty());
@@ -384,7 +384,7 @@ TEST(RunningApplicationSearch, findsNothingWhereThereAreNoProcesses) {
     EXPECT_THAT(findRunningApplications(URL(), me), IsEmpty());
 }
 
-TEST(RunningApplications, canBeAskedOnThisSystem) {
+TEST(RunningApplications, CanBeAskedOnThisSystem) {
     EXPECT_THAT(runningBundleIdentifiers(), Not(Contains("")));
 }
 

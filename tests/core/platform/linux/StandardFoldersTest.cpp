@@ -53,7 +53,7 @@ const std::vector<Case> cases = {
     {" /home/user", std::nullopt},
 };
 
-TEST(StandardFolders, homeIsTheEnvironmentsElseTheUserDatabases) {
+TEST(StandardFolders, HomeIsTheEnvironmentsElseTheUserDatabases) {
     const passwd* const entry = getpwuid(getuid());
     ASSERT_NE(entry, nullptr);
     const std::string fallback = URL(entry->pw_dir).standardized().path();
@@ -64,7 +64,7 @@ TEST(StandardFolders, homeIsTheEnvironmentsElseTheUserDatabases) {
     }
 }
 
-TEST(StandardFolders, temporaryFolderIsTheEnvironmentsElseTmp) {
+TEST(StandardFolders, TemporaryFolderIsTheEnvironmentsElseTmp) {
     for (const Case& each : cases) {
         const ScopedVariable folder("TMPDIR", each.value);
         EXPECT_EQ(temporaryDirectory().path(), each.expected.value_or("/tmp"))

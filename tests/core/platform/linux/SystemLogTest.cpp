@@ -35,14 +35,14 @@ protected:
     }
 };
 
-TEST_F(StandardErrorLog, getsALineForEachNoticeAndError) {
+TEST_F(StandardErrorLog, GetsALineForEachNoticeAndError) {
     EXPECT_EQ(outputOf([] { logger.error("can't list /x"); }),
               "tidewright: [com.tidewright.core scan] can't list /x\n");
     EXPECT_EQ(outputOf([] { logger.log(LogLevel::notice, "done"); }),
               "tidewright: [com.tidewright.core scan] done\n");
 }
 
-TEST_F(StandardErrorLog, getsDetailsOnlyWhenAskedFor) {
+TEST_F(StandardErrorLog, GetsDetailsOnlyWhenAskedFor) {
     const auto details = [] {
         logger.info("info");
         logger.log(LogLevel::debug, "debug");
@@ -55,14 +55,14 @@ TEST_F(StandardErrorLog, getsDetailsOnlyWhenAskedFor) {
                                  "tidewright: [com.tidewright.core scan] debug\n");
 }
 
-TEST_F(StandardErrorLog, keepsAnEntryOnItsLine) {
+TEST_F(StandardErrorLog, KeepsAnEntryOnItsLine) {
     const std::string mark = "\xEF\xBF\xBD";
     EXPECT_EQ(outputOf([] { logger.error("a\nb\r\x1b[2J\xFF{}%s"); }),
               "tidewright: [com.tidewright.core scan] a" + mark + "b" + mark + mark + "[2J" + mark +
                   "{}%s\n");
 }
 
-TEST_F(StandardErrorLog, keepsLinesOfSeveralThreadsApart) {
+TEST_F(StandardErrorLog, KeepsLinesOfSeveralThreadsApart) {
     const std::string output = outputOf([] {
         std::vector<std::unique_ptr<ChildTask<bool>>> writers;
         for (const char letter : {'a', 'b', 'c', 'd'})
@@ -77,7 +77,7 @@ TEST_F(StandardErrorLog, keepsLinesOfSeveralThreadsApart) {
     EXPECT_EQ(std::set(lines.begin(), lines.end()).size(), 4U);
 }
 
-TEST_F(StandardErrorLog, isNotNeeded) {
+TEST_F(StandardErrorLog, IsNotNeeded) {
     const int saved = dup(STDERR_FILENO);
     close(STDERR_FILENO);
     logger.error("nobody reads this");

@@ -39,6 +39,7 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @interface NSNumber : NSObject
+@property (readonly) BOOL boolValue;
 @property (readonly) long long longLongValue;
 @end
 
@@ -56,6 +57,7 @@ FOUNDATION_EXPORT NSErrorUserInfoKey const NSUnderlyingErrorKey;
 @end
 
 FOUNDATION_EXPORT NSURLResourceKey const NSURLAddedToDirectoryDateKey;
+FOUNDATION_EXPORT NSURLResourceKey const NSURLIsPackageKey;
 FOUNDATION_EXPORT NSURLResourceKey const NSURLVolumeAvailableCapacityForImportantUsageKey;
 FOUNDATION_EXPORT NSURLResourceKey const NSURLVolumeAvailableCapacityKey;
 FOUNDATION_EXPORT NSURLResourceKey const NSURLVolumeTotalCapacityKey;

@@ -1,0 +1,1 @@
+export const metresPerDegree = 111_320;

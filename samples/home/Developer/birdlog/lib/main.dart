@@ -1,0 +1,3 @@
+import 'package:flutter/material.dart';
+
+void main() => runApp(const MaterialApp(home: Text('Birdlog')));

@@ -1,0 +1,1 @@
+export const flashes = (seconds) => Math.floor(seconds / 5);

@@ -1,0 +1,8 @@
+import SwiftUI
+
+@main
+struct SundialApp: App {
+    var body: some Scene {
+        WindowGroup { DialView() }
+    }
+}

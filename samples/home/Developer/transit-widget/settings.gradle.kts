@@ -1,0 +1,2 @@
+rootProject.name = "TransitWidget"
+include(":app")
