@@ -21,10 +21,16 @@ std::string activityText(std::optional<int> days) {
     return *days == 1 ? "active yesterday" : fmt::format("active {} days ago", *days);
 }
 
+/// "React Native 0.76.5", "Expo, React Native 0.76.5", "Flutter".
+std::string kindText(const Project& project) {
+    if (!project.reactNativeVersion)
+        return std::string(rawValue(project.kind));
+    const std::string reactNative = "React Native " + *project.reactNativeVersion;
+    return project.kind == Project::Kind::expo ? "Expo, " + reactNative : reactNative;
+}
+
 std::string headline(const Project& project, Date now) {
-    std::string line = fmt::format("{}, {}", project.name, rawValue(project.kind));
-    if (project.reactNativeVersion)
-        line += fmt::format(" (React Native {})", *project.reactNativeVersion);
+    std::string line = fmt::format("{}, {}", project.name, kindText(project));
     if (project.packageManager)
         line += fmt::format(", {}", *project.packageManager);
     return fmt::format("{}, {}", line, activityText(project.daysSinceActivity(now)));

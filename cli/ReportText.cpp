@@ -46,6 +46,13 @@ std::vector<std::string> paragraph(std::string_view text, std::optional<std::siz
     return wrapped(printable(text), *columns);
 }
 
+/// With the version, which tells items of one title apart.
+std::string titleOf(const ScanItem& item) {
+    if (!item.version || contains(item.title, *item.version))
+        return printable(item.title);
+    return printable(item.title + " " + *item.version);
+}
+
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }
@@ -69,7 +76,7 @@ Columns columnsFor(const ScanReport& report, std::optional<std::size_t> terminal
     Columns columns;
     for (const ScanItem& item : report.items) {
         columns.size = std::max(columns.size, displayWidth(formattedBytes(item.sizeBytes)));
-        columns.title = std::max(columns.title, displayWidth(printable(item.title)));
+        columns.title = std::max(columns.title, displayWidth(titleOf(item)));
     }
     if (!terminalColumns)
         return columns;
@@ -137,8 +144,8 @@ private:
     }
 
     void row(const ScanItem& item) {
-        const std::string title = elidedMiddle(
-            printable(item.title), m_terminal.columns ? m_columns.title : std::string::npos);
+        const std::string title =
+            elidedMiddle(titleOf(item), m_terminal.columns ? m_columns.title : std::string::npos);
         const std::string_view word = rawValue(item.decision);
         std::string start = std::string(indent);
         start += rightAligned(formattedBytes(item.sizeBytes), m_columns.size);

@@ -34,7 +34,7 @@ TEST(ProjectsCommand, NamesEachNeedWithItsSource) {
     plain.name = "site";
     plain.kind = Project::Kind::node;
     EXPECT_EQ(projectsText({project(), plain}, now, Terminal{}),
-              "shop, Expo (React Native 0.74.1), yarn, active 3 days ago\n"
+              "shop, Expo, React Native 0.74.1, yarn, active 3 days ago\n"
               "  /home/ann/shop\n"
               "    Gradle 8.7         gradle-wrapper.properties\n"
               "    NDK 26.1.10909125  react-native default\n"

@@ -102,6 +102,20 @@ TEST(ReportText, NeverExceedsTheTerminal) {
             ASSERT_LE(displayWidth(line), columns) << line;
 }
 
+TEST(ReportText, TellsItemsOfOneTitleApartByTheirVersion) {
+    ScanReport versions;
+    versions.items = {
+        item(Category::android, "NDK versions", "NDK", megabyte, Decision::keep, "Needed."),
+        item(Category::xcode, "Simulator runtimes", "iOS 18.2", megabyte, Decision::keep,
+             "Needed."),
+    };
+    versions.items[0].version = "26.1.10909125";
+    versions.items[1].version = "18.2";
+    const std::string text = reportText(versions, Terminal{});
+    EXPECT_THAT(text, HasSubstr("keep   NDK 26.1.10909125  Needed.\n"));
+    EXPECT_THAT(text, HasSubstr("keep   iOS 18.2           Needed.\n"));
+}
+
 TEST(ReportText, InsightsComeFirst) {
     ScanReport with = report();
     with.insights = {Insight{"space.low",
