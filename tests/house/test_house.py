@@ -8,6 +8,7 @@ import unittest
 
 import include_table
 import one_stem
+import rules
 import wording
 
 
@@ -224,6 +225,36 @@ class WordingTest(CheckTest):
             (root / "out/A.h").write_text("int a; \n")
             (root / "B.h").write_text("int b; \n")
             self.assertEqual(len(wording.check(root)), 1)
+
+
+class RulesTest(CheckTest):
+    TREE = {
+        "core/rules/Cars.h": 'struct CarRule {\n    std::string id = "cars.car";\n};\n',
+        "core/scan/RuleCatalog.cpp": 'cleanupRule(CarRule{}, system, "CarRule"),\n',
+        "tests/core/rules/CarsTest.cpp": "TEST(CarRule, Starts) {}\n",
+        "docs/rules/cars.md": "`cars.car` looks at cars.\n",
+    }
+
+    def without(self, path, content=""):
+        return {**self.TREE, path: content}
+
+    def test_complete(self):
+        self.assert_passes(rules.check, self.TREE)
+
+    def test_not_registered(self):
+        finding = "core/rules/Cars.h: CarRule is not in"
+        self.assert_finds(rules.check, self.without("core/scan/RuleCatalog.cpp"), finding)
+        other = 'cleanupRule(CarRule{}, system, "CartRule"),\n'
+        self.assert_finds(rules.check, self.without("core/scan/RuleCatalog.cpp", other), finding)
+
+    def test_not_tested(self):
+        other = "TEST(CarRules, Start) {}\n"
+        finding = "core/rules/Cars.h: CarRule is not tested"
+        self.assert_finds(rules.check, self.without("tests/core/rules/CarsTest.cpp", other), finding)
+
+    def test_not_described(self):
+        finding = "core/rules/Cars.h: cars.car stands on no page"
+        self.assert_finds(rules.check, self.without("docs/rules/cars.md", "cars.car"), finding)
 
 
 if __name__ == "__main__":

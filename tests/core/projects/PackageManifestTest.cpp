@@ -1,5 +1,6 @@
 #include "core/projects/PackageManifest.h"
 
+#include "tests/support/Sanitizers.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
@@ -290,7 +291,9 @@ TEST(PackageManifestTest, BigManifestsAreReadQuicklyAndInAFewTimesTheirMemory) {
     };
     for (const Case& each : cases) {
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_LT(growthOf(each.makeText), each.atMost) << each.name;
+        // A sanitizer keeps what was freed for a while, so that a use of it is seen.
+        const double allowed = test::underSanitizer ? 3 * each.atMost : each.atMost;
+        EXPECT_LT(growthOf(each.makeText), allowed) << each.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, quickly) << each.name;
     }
 }

@@ -1,6 +1,7 @@
 #include "core/scan/DiskScanner.h"
 
 #include "core/scan/RuleCatalog.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/Threads.h"
 
@@ -366,12 +367,8 @@ TEST(DiskScanner, FailsWhenItIsCancelledAlthoughMeasuringIsComplete) {
     EXPECT_EQ(report, Failure(ScanCancelled{}));
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr auto cancelLimit =
-    std::chrono::seconds(2); // the checks of the sanitizers take their time
-#else
-constexpr auto cancelLimit = std::chrono::milliseconds(100);
-#endif
+// The checks of the sanitizers take their time.
+constexpr auto cancelLimit = std::chrono::milliseconds(test::underSanitizer ? 2000 : 100);
 
 TEST(DiskScanner, ReturnsSoonWhenCancelledInTheMiddleOfALargeTree) {
     const TempHome home;
