@@ -201,7 +201,7 @@ std::optional<Project> ProjectScanner::detectProject(const URL& folder, const Na
 }
 
 std::string ProjectScanner::displayName(const URL& folder) {
-    const std::string name = folder.lastPathComponent();
+    std::string name = folder.lastPathComponent();
     if (!genericFolderNames.contains(lowercasedASCII(name)))
         return name;
     return folder.deletingLastPathComponent().lastPathComponent() + "/" + name;

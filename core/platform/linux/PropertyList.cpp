@@ -29,7 +29,7 @@ std::optional<std::string> xmlPropertyListString(std::string_view bytes, const s
     const std::unique_ptr<void, decltype(&plist_free)> root(parsed, &plist_free);
     if (!root || plist_get_node_type(root.get()) != PLIST_DICT)
         return std::nullopt;
-    const plist_t value = plist_dict_get_item(root.get(), key.c_str());
+    plist_t value = plist_dict_get_item(root.get(), key.c_str());
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING)
         return std::nullopt;
     std::uint64_t length = 0;
