@@ -1,21 +1,17 @@
 #include "tests/support/MountNamespace.h"
 
+#include "tests/support/ForkedAnswer.h"
+
 #include <fmt/format.h>
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-#include <array>
 
 namespace tidewright::test {
 
 namespace {
-
-constexpr int refused = 98;
 
 bool writeTo(const char* path, const std::string& text) {
     const int file = open(path, O_WRONLY | O_CLOEXEC);
@@ -35,36 +31,14 @@ bool enterNamespace() {
            writeTo("/proc/self/gid_map", fmt::format("0 {} 1", group));
 }
 
-bool keepsMountsToItself() {
-    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+bool takeOwnMounts() {
+    return enterNamespace() && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 } // namespace
 
 std::optional<std::string> withOwnMounts(const std::function<std::string()>& check) {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(pipe(ends.data()), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        close(ends[0]);
-        if (!enterNamespace() || !keepsMountsToItself())
-            _exit(refused);
-        const std::string answer = check();
-        const ssize_t written = write(ends[1], answer.data(), answer.size());
-        _exit(written == static_cast<ssize_t>(answer.size()) ? 0 : 1);
-    }
-    close(ends[1]);
-    std::string answer;
-    std::array<char, 4096> buffer{};
-    for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;)
-        answer.append(buffer.data(), static_cast<std::size_t>(count));
-    close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == refused)
-        return std::nullopt;
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child ended with " << status;
-    return answer;
+    return forkedAnswer(takeOwnMounts, check);
 }
 
 bool mountMemory(const URL& folder) {

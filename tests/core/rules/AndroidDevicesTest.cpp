@@ -1,7 +1,6 @@
 #include "core/rules/AndroidDevices.h"
 
-#include "core/model/Coding.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
@@ -16,49 +15,11 @@ namespace {
 using namespace std::chrono_literals;
 using enum Decision;
 
-const Date now = parseISO8601("2026-03-01T12:00:00Z").value();
 constexpr auto day = 24h;
 
 /// What each item of these rules has unless told otherwise.
 ScanItem item(std::string ruleID, std::vector<URL> urls) {
-    ScanItem item;
-    item.id = ruleID + ":" + urls.front().path();
-    item.ruleID = std::move(ruleID);
-    item.version = std::nullopt;
-    item.urls = std::move(urls);
-    item.sizeSource = SizeSource::measure();
-    item.sizeBytes = 0;
-    item.category = Category::android;
-    item.risk = Risk::safe;
-    item.decision = clean;
-    item.method = CleanMethod::remove();
-    item.inUseBy = std::nullopt;
-    item.owner = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
-    return item;
-}
-
-ScanItem kept(ScanItem item, std::string reason, std::optional<std::string> inUseBy) {
-    item.decision = keep;
-    item.reason = std::move(reason);
-    item.inUseBy = std::move(inUseBy);
-    return item;
-}
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
-}
-
-template <class Rule>
-std::vector<ScanItem> scanWith(const ScanContext& context) {
-    return Rule().scan(context);
+    return usualItem(Category::android, std::move(ruleID), std::move(urls));
 }
 
 struct Machine {
@@ -92,26 +53,11 @@ struct Machine {
 
 // What is left alone
 
-struct LeftAlone {
-    std::string name;
-    std::vector<ScanItem> (*scan)(const ScanContext&);
-    std::vector<std::string> files = {};
-    std::vector<std::string> folders = {};
-    std::vector<std::pair<std::string, std::string>> links = {};
-};
-
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
-
 class AndroidDevicesLeaveAlone : public testing::TestWithParam<LeftAlone> {};
 
 TEST_P(AndroidDevicesLeaveAlone, ThisHome) {
     Machine machine;
-    for (const std::string& folder : GetParam().folders)
-        machine.home.folder(folder);
-    for (const std::string& file : GetParam().files)
-        machine.home.file(file, "x");
-    for (const auto& [path, target] : GetParam().links)
-        machine.home.link(path, target);
+    make(machine.home, GetParam(), "x");
     // Everything else would be cleaned.
     machine.needGradle("1.0", "app");
     machine.context.android.studioDataDirectories = {"AndroidStudio2030.1"};

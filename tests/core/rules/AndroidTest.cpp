@@ -1,8 +1,7 @@
 #include "core/rules/Android.h"
 
-#include "core/model/Coding.h"
 #include "core/platform/FileContents.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
@@ -64,43 +63,16 @@ struct Judged {
 template <class Rule>
 ScanItem itemOf(const Judged& judged, const URL& sdk) {
     const RuleTexts& common = texts<Rule>;
-    const URL url = sdk.appending(judged.path);
-    ScanItem item;
-    item.id = common.id + ":" + url.path();
-    item.ruleID = common.id;
+    ScanItem item = usualItem(Category::android, common.id, {sdk.appending(judged.path)});
     item.group = common.group;
     item.title = common.title;
     item.version = judged.version;
-    item.urls = {url};
-    item.sizeSource = SizeSource::measure();
-    item.sizeBytes = 0;
-    item.category = Category::android;
     item.risk = Risk::low;
     item.decision = judged.decision;
     item.reason = judged.reason;
     item.whatItIs = common.whatItIs;
     item.afterEffect = common.afterEffect;
-    item.method = CleanMethod::remove();
-    item.inUseBy = std::nullopt;
-    item.owner = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
     return item;
-}
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
-}
-
-template <class Rule>
-std::vector<ScanItem> scanWith(const ScanContext& context) {
-    return Rule().scan(context);
 }
 
 /// A home with an SDK; all paths are below the SDK.
@@ -146,16 +118,16 @@ struct Machine {
 
 // What is left alone
 
-struct LeftAlone {
+struct LeftAloneSDK {
     std::string name;
     std::vector<std::string> folders = {};
     std::vector<std::string> files = {};
     std::vector<std::pair<std::string, std::string>> links = {};
 };
 
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
+void PrintTo(const LeftAloneSDK& each, std::ostream* stream) { *stream << each.name; }
 
-class AndroidLeavesAlone : public testing::TestWithParam<LeftAlone> {};
+class AndroidLeavesAlone : public testing::TestWithParam<LeftAloneSDK> {};
 
 std::vector<ScanItem> scanWithAll(const ScanContext& context) {
     std::vector<ScanItem> items;
@@ -169,19 +141,14 @@ std::vector<ScanItem> scanWithAll(const ScanContext& context) {
 TEST_P(AndroidLeavesAlone, ThisSDK) {
     Machine machine;
     machine.home.folder("elsewhere/folder/inner");
-    for (const std::string& folder : GetParam().folders)
-        machine.folders({folder.c_str()});
-    for (const std::string& file : GetParam().files)
-        machine.file(file);
-    for (const auto& [path, target] : GetParam().links)
-        machine.link(path, target);
+    make(machine.home, GetParam(), "x", Machine::inHome(""));
     // Everything else would be cleaned.
     machine.avd("Pixel", "android-1/other");
     machine.need(Kind::ndk, "1", "app");
     expectItems(scanWithAll(machine.context), {});
 }
 
-const LeftAlone leftAlone[] = {
+const LeftAloneSDK leftAlone[] = {
     {.name = "EmptySDK"},
     {.name = "EmptyFolders", .folders = {"system-images", "ndk", "build-tools", "cmake"}},
     {.name = "FilesInPlaceOfFolders", .files = {"system-images", "ndk", "build-tools", "cmake"}},

@@ -1,70 +1,19 @@
 #include "core/rules/JavaScript.h"
 
-#include "core/model/Coding.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <unicode/locid.h>
 
-#include <thread>
-
 namespace tidewright::test {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-ScanContext contextOf(const TempHome& home) {
-    ScanContext context;
-    context.home = home.url();
-    context.temporaryDirectory = home.path("tmp");
-    context.runner.locator = ToolLocator(home.url(), {});
-    context.now = parseISO8601("2026-03-01T12:00:00Z").value();
-    return context;
-}
-
-template <class Rule>
-std::vector<ScanItem> scanWith(const ScanContext& context) {
-    return Rule().scan(context);
-}
-
 /// What each item of these rules has unless told otherwise.
 ScanItem item(std::string ruleID, std::vector<URL> urls) {
-    ScanItem item;
-    item.id = ruleID + ":" + urls.front().path();
-    item.ruleID = std::move(ruleID);
-    item.version = std::nullopt;
-    item.urls = std::move(urls);
-    item.sizeSource = SizeSource::measure();
-    item.sizeBytes = 0;
-    item.category = Category::javascript;
-    item.risk = Risk::safe;
-    item.decision = Decision::clean;
-    item.method = CleanMethod::remove();
-    item.inUseBy = std::nullopt;
-    item.owner = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
-    return item;
-}
-
-ScanItem kept(ScanItem item, std::string reason, std::optional<std::string> inUseBy) {
-    item.decision = Decision::keep;
-    item.reason = std::move(reason);
-    item.inUseBy = std::move(inUseBy);
-    return item;
-}
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
+    return usualItem(Category::javascript, std::move(ruleID), std::move(urls));
 }
 
 /// Sentences list names in the user's language.
@@ -84,49 +33,18 @@ private:
     icu::Locale m_usual = icu::Locale::getDefault();
 };
 
-class JavaScriptTest : public testing::Test {
+class JavaScriptTest : public RuleTest {
 protected:
     English english;
-    TempHome home;
-    ScanContext context = contextOf(home);
-
-    template <class Rule>
-    std::vector<ScanItem> scan() const {
-        return scanWith<Rule>(context);
-    }
-    void run(std::vector<std::string> commandLines) {
-        context.inUse.processCommandLines = std::move(commandLines);
-    }
-    std::vector<URL> at(std::initializer_list<std::string_view> relativePaths) const {
-        std::vector<URL> urls;
-        for (const std::string_view path : relativePaths)
-            urls.push_back(home.path(path));
-        return urls;
-    }
 };
 
 // What is left alone
-
-struct LeftAlone {
-    std::string name;
-    std::vector<ScanItem> (*scan)(const ScanContext&);
-    std::vector<std::string> files = {};
-    std::vector<std::string> folders = {};
-    std::vector<std::pair<std::string, std::string>> links = {};
-};
-
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
 
 class JavaScriptLeavesAlone : public testing::TestWithParam<LeftAlone> {};
 
 TEST_P(JavaScriptLeavesAlone, ThisHome) {
     const TempHome home;
-    for (const std::string& folder : GetParam().folders)
-        home.folder(folder);
-    for (const std::string& file : GetParam().files)
-        home.file(file);
-    for (const auto& [path, target] : GetParam().links)
-        home.link(path, target);
+    make(home, GetParam());
     expectItems(GetParam().scan(contextOf(home)), {});
 }
 
@@ -242,14 +160,8 @@ constexpr std::size_t countOfFill = 15;
 
 TEST_F(JavaScriptTest, NoToolIsRunAndNothingIsChanged) {
     fill(home);
-    for (const char* tool : {"npm", "npx", "yarn", "pnpm", "bun", "node", "fnm"})
-        home.tool(fmt::format(".volta/bin/{}", tool), "touch \"$(dirname \"$0\")/was-run\"");
-    // File systems note a read in the access time once after a change, and not within its tick.
-    std::this_thread::sleep_for(50ms);
-    home.snapshot();
-    const std::string before = home.snapshot();
-    EXPECT_EQ(countOfAll(context), countOfFill);
-    EXPECT_EQ(home.snapshot(), before);
+    expectOnlyReads({"npm", "npx", "yarn", "pnpm", "bun", "node", "fnm"},
+                    [this] { EXPECT_EQ(countOfAll(context), countOfFill); });
 }
 
 TEST_F(JavaScriptTest, WhatMayNotBeListedGivesNothing) {

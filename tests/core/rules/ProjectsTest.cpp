@@ -1,16 +1,11 @@
 #include "core/rules/Projects.h"
 
-#include "core/model/Coding.h"
 #include "core/scan/DiskScanner.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <unicode/timezone.h>
-
-#include <memory>
-#include <thread>
 
 namespace tidewright::test {
 
@@ -18,36 +13,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const Date now = parseISO8601("2026-03-01T12:00:00Z").value();
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
-}
-
 ScanItem used(ScanItem item, const std::string& process) {
-    item.decision = Decision::keep;
-    item.reason = process + " is running inside this project.";
-    item.inUseBy = process;
-    return item;
+    return kept(std::move(item), process + " is running inside this project.", process);
 }
 
-class ProjectsTest : public testing::Test {
+class ProjectsTest : public RuleTest {
 protected:
-    TempHome home;
-    ScanContext context;
-
-    ProjectsTest() {
-        context.home = home.url();
-        context.temporaryDirectory = home.path("tmp");
-        context.settings.dormantProjectDays = 60;
-        context.runner.locator = ToolLocator(home.url(), {});
-        context.now = now;
-    }
+    ProjectsTest() { context.settings.dormantProjectDays = 60; }
 
     /// A project "dev/<name>" with both platforms, of which nothing is on the disk yet.
     Project& project(const std::string& name) {
@@ -60,32 +32,13 @@ protected:
     }
     std::vector<ScanItem> buildOutputs() const { return ProjectBuildOutputsRule().scan(context); }
     std::vector<ScanItem> packages() const { return DormantNodeModulesRule().scan(context); }
-    void run(std::vector<std::string> commandLines) {
-        context.inUse.processCommandLines = std::move(commandLines);
-    }
-    std::vector<URL> at(std::initializer_list<std::string_view> relativePaths) const {
-        std::vector<URL> urls;
-        for (const std::string_view path : relativePaths)
-            urls.push_back(home.path(path));
-        return urls;
-    }
 
     /// What each item of these rules has.
     ScanItem item(std::string ruleID, const std::string& name, std::string_view key) const {
-        ScanItem item;
-        item.id = fmt::format("{}:{}:{}", ruleID, home.path("dev/" + name).path(), key);
-        item.ruleID = std::move(ruleID);
+        ScanItem item = usualItem(Category::projects, std::move(ruleID),
+                                  fmt::format("{}:{}", home.path("dev/" + name).path(), key));
         item.group = name;
-        item.version = std::nullopt;
-        item.sizeSource = SizeSource::measure();
-        item.sizeBytes = 0;
-        item.category = Category::projects;
-        item.risk = Risk::safe;
         item.decision = Decision::ask;
-        item.method = CleanMethod::remove();
-        item.inUseBy = std::nullopt;
-        item.owner = std::nullopt;
-        item.lastUsed = std::nullopt;
         item.isProjectItem = true;
         return item;
     }
@@ -145,7 +98,7 @@ protected:
 
 // What is left alone
 
-struct LeftAlone {
+struct LeftAloneProject {
     std::string name;
     std::vector<std::string> files = {};
     std::vector<std::string> folders = {};
@@ -153,24 +106,20 @@ struct LeftAlone {
     bool hasPlatforms = true;
 };
 
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
+void PrintTo(const LeftAloneProject& each, std::ostream* stream) { *stream << each.name; }
 
-class ProjectsLeaveAlone : public ProjectsTest, public testing::WithParamInterface<LeftAlone> {};
+class ProjectsLeaveAlone : public ProjectsTest,
+                           public testing::WithParamInterface<LeftAloneProject> {};
 
 TEST_P(ProjectsLeaveAlone, BuildsOfThisProject) {
     Project& shop = project("Shop");
     if (!GetParam().hasPlatforms)
         shop.androidDirectory = shop.iosDirectory = std::nullopt;
-    for (const std::string& folder : GetParam().folders)
-        home.folder("dev/Shop/" + folder);
-    for (const std::string& file : GetParam().files)
-        home.file("dev/Shop/" + file);
-    for (const auto& [path, target] : GetParam().links)
-        home.link("dev/Shop/" + path, target);
+    make(home, GetParam(), {}, "dev/Shop/");
     expectItems(buildOutputs(), {});
 }
 
-const LeftAlone leftAlone[] = {
+const LeftAloneProject leftAlone[] = {
     {.name = "Gone"},
     {.name = "Sources",
      .files = {"package.json", "src/build/a.ts", "build/a.js", "dist/a.js", ".gradle/a",
@@ -239,14 +188,8 @@ TEST_F(ProjectsTest, NoToolIsRunAndNothingIsChanged) {
     for (const char* folder :
          {"android/build", "ios/build", "ios/Pods", "node_modules/a/android/build"})
         home.folder(fmt::format("dev/Shop/{}", folder));
-    for (const char* tool : {"npm", "gradle", "pod", "git"})
-        home.tool(fmt::format(".volta/bin/{}", tool), "touch \"$(dirname \"$0\")/was-run\"");
-    // File systems note a read in the access time once after a change, and not within its tick.
-    std::this_thread::sleep_for(50ms);
-    home.snapshot();
-    const std::string before = home.snapshot();
-    EXPECT_EQ(buildOutputs().size() + packages().size(), 5U);
-    EXPECT_EQ(home.snapshot(), before);
+    expectOnlyReads({"npm", "gradle", "pod", "git"},
+                    [this] { EXPECT_EQ(buildOutputs().size() + packages().size(), 5U); });
 }
 
 TEST_F(ProjectsTest, WhatMayNotBeListedGivesNothing) {
@@ -386,8 +329,7 @@ const Age ages[] = {
 };
 
 TEST_F(ProjectsTest, PackagesAreOfferedByTheAgeInTheSettings) {
-    const std::unique_ptr<icu::TimeZone> usual(icu::TimeZone::createDefault());
-    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Europe/Berlin"));
+    const InBerlin inBerlin;
     context.now = parseISO8601("2026-03-31T10:00:00Z").value();
     home.folder("dev/Shop/node_modules");
     for (const Age& age : ages) {
@@ -400,7 +342,6 @@ TEST_F(ProjectsTest, PackagesAreOfferedByTheAgeInTheSettings) {
         expected.lastUsed = lastActivity;
         expectItems(packages(), {expected});
     }
-    icu::TimeZone::setDefault(*usual);
 }
 
 TEST_F(ProjectsTest, TheProjectsOwnPackageManagerRestoresThem) {

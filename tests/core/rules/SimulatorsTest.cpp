@@ -1,8 +1,7 @@
 #include "core/rules/Simulators.h"
 
-#include "core/model/Coding.h"
 #include "core/scan/DiskScanner.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -16,7 +15,6 @@ using Simctl::Device;
 using Simctl::Runtime;
 using enum RequirementKind;
 
-const Date now = parseISO8601("2026-03-01T12:00:00Z").value();
 constexpr auto day = 24h;
 
 const AppMatcher simulatorApp{"Simulator", {"com.apple.iphonesimulator"}, {}};
@@ -63,18 +61,10 @@ Device unavailable(std::string name, std::optional<Int64> bytes) {
 
 /// What each item of these rules has unless told otherwise.
 ScanItem item(std::string ruleID, const std::string& key, Int64 bytes) {
-    ScanItem item;
-    item.id = ruleID + ":" + key;
-    item.ruleID = std::move(ruleID);
-    item.version = std::nullopt;
+    ScanItem item = usualItem(Category::xcode, std::move(ruleID), key);
     item.sizeSource = SizeSource::known(bytes);
     item.sizeBytes = bytes;
-    item.category = Category::xcode;
     item.risk = Risk::low;
-    item.inUseBy = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
     return item;
 }
 
@@ -132,15 +122,6 @@ ScanItem unavailableItem(std::string title, Int64 bytes) {
     expected.method = xcrun({"simctl", "delete", "unavailable"});
     expected.owner = std::nullopt;
     return expected;
-}
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
 }
 
 class SimulatorsTest : public testing::Test {

@@ -1,17 +1,14 @@
 #include "core/rules/System.h"
 
-#include "core/model/Coding.h"
 #include "core/platform/Directory.h"
 #include "core/scan/DiskScanner.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <unicode/timezone.h>
 
 #include <algorithm>
-#include <memory>
 
 namespace tidewright::test {
 
@@ -21,7 +18,6 @@ using namespace std::chrono_literals;
 
 Date at(std::string_view text) { return parseISO8601(text).value(); }
 
-const Date now = at("2026-03-01T12:00:00Z");
 const Date longAgo = at("2024-01-01T00:00:00Z");
 
 /// An application in the home's own folder, under the name that the system shows.
@@ -35,84 +31,26 @@ void install(const TempHome& home, std::string_view name, std::string_view ident
                           identifier));
 }
 
-URL oldFile(const TempHome& home, std::string_view relativePath) {
-    URL url = home.file(relativePath, "x");
-    home.setModified(relativePath, longAgo);
-    return url;
-}
-
-ScanContext contextOf(const TempHome& home) {
-    ScanContext context;
-    context.home = home.url();
-    context.settings.oldDownloadDays = 30;
-    context.runner.locator = ToolLocator(home.url(), {});
-    context.now = now;
-    return context;
-}
-
-template <class Rule>
-std::vector<ScanItem> scanWith(const ScanContext& context) {
-    return Rule().scan(context);
-}
-
 /// What each item of these rules has unless told otherwise.
 ScanItem item(std::string ruleID, const std::string& key) {
-    ScanItem item;
-    item.id = ruleID + ":" + key;
-    item.ruleID = std::move(ruleID);
-    item.version = std::nullopt;
-    item.sizeSource = SizeSource::measure();
-    item.sizeBytes = 0;
-    item.category = Category::system;
-    item.risk = Risk::safe;
-    item.decision = Decision::clean;
-    item.method = CleanMethod::remove();
-    item.inUseBy = std::nullopt;
-    item.owner = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
-    return item;
+    return usualItem(Category::system, std::move(ruleID), key);
 }
 
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
-}
-
-class SystemTest : public testing::Test {
+class SystemTest : public RuleTest {
 protected:
-    TempHome home;
-    ScanContext context = contextOf(home);
+    SystemTest() { context.settings.oldDownloadDays = 30; }
 
-    void run(const std::string& identifier) {
-        context.inUse.runningBundleIdentifiers.insert(identifier);
-    }
-    template <class Rule>
-    std::vector<ScanItem> scan() const {
-        return scanWith<Rule>(context);
-    }
     template <class Rule>
     ScanItem onlyItem() const {
         const auto items = scan<Rule>();
         EXPECT_EQ(items.size(), 1U) << text(items);
         return items.empty() ? ScanItem() : items.front();
     }
-    std::vector<URL> at(std::initializer_list<std::string_view> relativePaths) const {
-        std::vector<URL> urls;
-        for (const std::string_view path : relativePaths)
-            urls.push_back(home.path(path));
-        return urls;
-    }
 };
 
 // What is left alone
 
-struct LeftAlone {
+struct LeftAloneSystem {
     std::string name;
     std::vector<ScanItem> (*scan)(const ScanContext&);
     std::vector<std::string> files = {}; ///< all of them old
@@ -122,26 +60,22 @@ struct LeftAlone {
     std::string tmutil = {};
 };
 
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
+void PrintTo(const LeftAloneSystem& each, std::ostream* stream) { *stream << each.name; }
 
-class SystemLeavesAlone : public testing::TestWithParam<LeftAlone> {};
+class SystemLeavesAlone : public SystemTest, public testing::WithParamInterface<LeftAloneSystem> {};
 
 TEST_P(SystemLeavesAlone, ThisHome) {
-    const TempHome home;
-    for (const std::string& folder : GetParam().folders)
-        home.folder(folder);
+    make(home, GetParam(), "x");
     for (const std::string& file : GetParam().files)
-        oldFile(home, file);
-    for (const auto& [path, target] : GetParam().links)
-        home.link(path, target);
+        home.setModified(file, longAgo);
     for (const auto& [name, identifier] : GetParam().applications)
         install(home, name, identifier);
     if (!GetParam().tmutil.empty())
         home.tool(".volta/bin/tmutil", GetParam().tmutil);
-    expectItems(GetParam().scan(contextOf(home)), {});
+    expectItems(GetParam().scan(context), {});
 }
 
-const LeftAlone leftAlone[] = {
+const LeftAloneSystem leftAlone[] = {
     {.name = "HomebrewsLookAlikes",
      .scan = scanWith<HomebrewRule>,
      .files = {"Library/Caches/Homebrew2/a.tar.gz", "Library/Homebrew/a.tar.gz",
@@ -342,7 +276,7 @@ TEST_F(EditorCachesTest, UpdatesAndAllCachesInTheirOrder) {
 }
 
 TEST_F(EditorCachesTest, WhileTheEditorRunsTheRuleKeepsTheCachesOnly) {
-    run("com.microsoft.VSCode");
+    launch("com.microsoft.VSCode");
     ScanItem kept = editorCaches(all);
     kept.decision = Decision::keep;
     kept.reason = "Visual Studio Code is open. Quit it to clean these.";
@@ -351,7 +285,7 @@ TEST_F(EditorCachesTest, WhileTheEditorRunsTheRuleKeepsTheCachesOnly) {
 }
 
 TEST_F(EditorCachesTest, WhileTheEditorRunsTheScanKeepsTheUpdates) {
-    run("com.microsoft.VSCode");
+    launch("com.microsoft.VSCode");
     const auto items = DiskScanner::applyInUseAndExclusions(scan<VSCodeRule>(), context.inUse, {});
     ScanItem kept = editorUpdates(home);
     kept.decision = Decision::keep;
@@ -363,8 +297,8 @@ TEST_F(EditorCachesTest, WhileTheEditorRunsTheScanKeepsTheUpdates) {
 }
 
 TEST_F(EditorCachesTest, AnotherEditorKeepsNothing) {
-    run("com.microsoft.VSCodeInsiders");
-    run("com.vscodium");
+    launch("com.microsoft.VSCodeInsiders");
+    launch("com.vscodium");
     expectItems(scan<VSCodeRule>(), {editorUpdates(home), editorCaches(all)});
 }
 
@@ -408,8 +342,8 @@ TEST_F(BrowserCachesTest, OneItemForEachBrowser) {
 }
 
 TEST_F(BrowserCachesTest, OnlyTheBrowserThatRunsIsKept) {
-    run("org.mozilla.firefox");
-    run("com.brave.Browser.nightly");
+    launch("org.mozilla.firefox");
+    launch("com.brave.Browser.nightly");
     context.inUse.processCommandLines = {"/Applications/Google Chrome.app/com.google.Chrome"};
     ScanItem kept = firefox;
     kept.decision = Decision::keep;
@@ -499,7 +433,7 @@ TEST_F(SystemTest, WhileAnApplicationRunsTheRuleKeepsItsCacheButNotItsUpdater) {
     const URL sketcher = home.folder("Library/Caches/org.example.Sketcher");
     const URL shipIt = home.folder("Library/Caches/org.example.Sketcher.ShipIt");
     const URL painter = home.folder("Library/Caches/org.example.Painter");
-    run("org.example.Sketcher");
+    launch("org.example.Sketcher");
     context.inUse.processCommandLines = {"org.example.Painter"};
     const ScanItem idle = appCache(painter, "Painter", "org.example.Painter");
     ScanItem kept = appCache(sketcher, "Sketcher", "org.example.Sketcher");
@@ -662,7 +596,8 @@ TEST_F(OldDownloadsTest, FoldersCountAndLinksCountByThemselves) {
     home.setModified("Downloads/old link.dmg", old);
     home.link("Downloads/dangling.dmg", "gone");
     home.setModified("Downloads/dangling.dmg", old);
-    oldFile(home, "old");
+    home.file("old", "x");
+    home.setModified("old", longAgo);
     home.link("Downloads/young link.dmg", "../old");
     home.setModified("Downloads/young link.dmg", now - 24h);
     expectFound({expected("Bundle.zip", 40, old), expected("dangling.dmg", 40, old),
@@ -697,8 +632,7 @@ const Age ages[] = {
 };
 
 TEST_F(OldDownloadsTest, AgesAreWholeDaysOfTheUsersCalendar) {
-    const std::unique_ptr<icu::TimeZone> usual(icu::TimeZone::createDefault());
-    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Europe/Berlin"));
+    const InBerlin inBerlin;
     for (const Age& age : ages) {
         SCOPED_TRACE(fmt::format("{} to {}", age.downloaded, age.scanned));
         const Date date = test::at(age.downloaded);
@@ -708,7 +642,6 @@ TEST_F(OldDownloadsTest, AgesAreWholeDaysOfTheUsersCalendar) {
         expectFound(age.days ? std::vector{expected("a.dmg", *age.days, date)}
                              : std::vector<ScanItem>());
     }
-    icu::TimeZone::setDefault(*usual);
 }
 
 } // namespace

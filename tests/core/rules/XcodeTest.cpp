@@ -1,9 +1,8 @@
 #include "core/rules/Xcode.h"
 
-#include "core/model/Coding.h"
 #include "core/scan/DiskScanner.h"
 #include "tests/support/MountNamespace.h"
-#include "tests/support/TempHome.h"
+#include "tests/support/RuleTesting.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
@@ -19,53 +18,14 @@ using namespace std::chrono_literals;
 
 Date at(std::string_view text) { return parseISO8601(text).value(); }
 
-const Date now = at("2026-03-01T12:00:00Z");
 const Date longAgo = at("2024-01-01T00:00:00Z");
 
 const AppMatcher xcode{"Xcode", {"com.apple.dt.Xcode"}, {}};
 const AppMatcher simulator{"Simulator", {"com.apple.iphonesimulator"}, {}};
 
-ScanContext contextOf(const TempHome& home) {
-    ScanContext context;
-    context.home = home.url();
-    context.runner.locator = ToolLocator(home.url(), {});
-    context.now = now;
-    return context;
-}
-
-template <class Rule>
-std::vector<ScanItem> scanWith(const ScanContext& context) {
-    return Rule().scan(context);
-}
-
 /// What each item of these rules has unless told otherwise.
 ScanItem item(std::string ruleID, const URL& url) {
-    ScanItem item;
-    item.id = ruleID + ":" + url.path();
-    item.ruleID = std::move(ruleID);
-    item.version = std::nullopt;
-    item.urls = {url};
-    item.sizeSource = SizeSource::measure();
-    item.sizeBytes = 0;
-    item.category = Category::xcode;
-    item.risk = Risk::safe;
-    item.decision = Decision::clean;
-    item.method = CleanMethod::remove();
-    item.inUseBy = std::nullopt;
-    item.owner = std::nullopt;
-    item.lastUsed = std::nullopt;
-    item.isProjectItem = false;
-    item.hideBelowBytes = 1'000'000;
-    return item;
-}
-
-std::string text(const std::vector<ScanItem>& items) {
-    return jsonText(encode(items, commandLineStyle), JsonLayout::indented);
-}
-
-void expectItems(const std::vector<ScanItem>& found, const std::vector<ScanItem>& expected) {
-    EXPECT_EQ(text(found), text(expected)); // shows what differs
-    EXPECT_TRUE(found == expected);
+    return usualItem(Category::xcode, std::move(ruleID), {url});
 }
 
 std::vector<std::string> titles(const std::vector<ScanItem>& items) {
@@ -75,48 +35,23 @@ std::vector<std::string> titles(const std::vector<ScanItem>& items) {
     return titles;
 }
 
-class XcodeTest : public testing::Test {
+class XcodeTest : public RuleTest {
 protected:
-    TempHome home;
-    ScanContext context = contextOf(home);
-
     /// A folder that holds a file, as old as told.
     URL folder(const std::string& path, Date modified = longAgo) const {
         home.file(path + "/contents", "x");
         home.setModified(path, modified);
         return home.path(path);
     }
-    void run(const std::string& identifier) {
-        context.inUse.runningBundleIdentifiers.insert(identifier);
-    }
-    template <class Rule>
-    std::vector<ScanItem> scan() const {
-        return scanWith<Rule>(context);
-    }
 };
 
 // What is left alone
-
-struct LeftAlone {
-    std::string name;
-    std::vector<ScanItem> (*scan)(const ScanContext&);
-    std::vector<std::string> files = {};
-    std::vector<std::string> folders = {};
-    std::vector<std::pair<std::string, std::string>> links = {};
-};
-
-void PrintTo(const LeftAlone& each, std::ostream* stream) { *stream << each.name; }
 
 class XcodeLeavesAlone : public testing::TestWithParam<LeftAlone> {};
 
 TEST_P(XcodeLeavesAlone, ThisHome) {
     const TempHome home;
-    for (const std::string& folder : GetParam().folders)
-        home.folder(folder);
-    for (const std::string& file : GetParam().files)
-        home.file(file, "x");
-    for (const auto& [path, target] : GetParam().links)
-        home.link(path, target);
+    make(home, GetParam(), "x");
     expectItems(GetParam().scan(contextOf(home)), {});
 }
 
@@ -287,7 +222,7 @@ TEST_F(DerivedDataTest, OnlyWhatFollowsTheLastDashGoes) {
 
 TEST_F(DerivedDataTest, WhileXcodeRunsTheScanKeepsIt) {
     ScanItem expected = found("App-abc", "App");
-    run("com.apple.dt.Xcode");
+    launch("com.apple.dt.Xcode");
     expectItems(scan<DerivedDataRule>(), {expected});
     expected.decision = Decision::keep;
     expected.reason = "Xcode is running. Quit it, then scan again to clean this.";
@@ -298,8 +233,8 @@ TEST_F(DerivedDataTest, WhileXcodeRunsTheScanKeepsIt) {
 
 TEST_F(DerivedDataTest, WhileTheSimulatorRunsItMayGo) {
     const ScanItem expected = found("App-abc", "App");
-    run("com.apple.iphonesimulator");
-    run("com.apple.dt.Xcode.helper");
+    launch("com.apple.iphonesimulator");
+    launch("com.apple.dt.Xcode.helper");
     context.inUse.processCommandLines = {"/Applications/Xcode.app/Contents/MacOS/Xcode"};
     expectItems(DiskScanner::applyInUseAndExclusions(scan<DerivedDataRule>(), context.inUse, {}),
                 {expected});
@@ -346,7 +281,7 @@ TEST_F(DeviceSupportTest, TheTwoMostRecentVersionsOfEachPlatformAreKept) {
 }
 
 TEST_F(DeviceSupportTest, ASingleVersionIsKeptHoweverOld) {
-    const ScanItem only = found("iOS", "9.0", at("2015-09-16T00:00:00Z"), true);
+    const ScanItem only = found("iOS", "9.0", test::at("2015-09-16T00:00:00Z"), true);
     expectItems(scan<DeviceSupportRule>(), {only});
 }
 
@@ -371,7 +306,7 @@ TEST_F(DeviceSupportTest, WhileXcodeRunsTheScanKeepsTheOlderOnesToo) {
     const ScanItem first = found("iOS", "17.2", longAgo, true);
     const ScanItem second = found("iOS", "17.1", longAgo - 24h, true);
     ScanItem third = found("iOS", "17.0", longAgo - 48h, false);
-    run("com.apple.dt.Xcode");
+    launch("com.apple.dt.Xcode");
     third.decision = Decision::keep;
     third.reason = "Xcode is running. Quit it, then scan again to clean this.";
     third.inUseBy = "Xcode";
@@ -421,7 +356,7 @@ TEST_F(XcodeArchivesTest, OnlyTheExtensionLeavesTheTitle) {
 
 TEST_F(XcodeArchivesTest, NoApplicationOwnsThem) {
     const ScanItem expected = found("2026-01-05", "App");
-    run("com.apple.dt.Xcode");
+    launch("com.apple.dt.Xcode");
     expectItems(DiskScanner::applyInUseAndExclusions(scan<XcodeArchivesRule>(), context.inUse, {}),
                 {expected});
 }

@@ -5,6 +5,7 @@
 #include "tests/support/MountNamespace.h"
 #include "tests/support/RandomTree.h"
 #include "tests/support/TempHome.h"
+#include "tests/support/Threads.h"
 #include "tests/support/Unprivileged.h"
 
 #include <fmt/format.h>
@@ -70,11 +71,6 @@ URL makeLargeTree(const TempHome& memory) {
         memory.allocatedFile(name + "/last", 4096);
     }
     return memory.path("large");
-}
-
-std::ptrdiff_t threadsOfThisProcess() {
-    const auto tasks = readDirectory(URL("/proc/self/task"));
-    return tasks ? static_cast<std::ptrdiff_t>(tasks->size()) : 0;
 }
 
 TEST(DirectorySizerTest, SizeIsWhatTheOtherWalkGives) {
@@ -303,29 +299,29 @@ TEST(DirectorySizerTest, WithNothingToMeasureNobodyStartsAndTheListComesBackAsIt
 TEST(DirectorySizerTest, NoMoreWalksThanTheWidthRunAtATime) {
     const TempHome memory(TempHome::Place::memory);
     const URL tree = makeLargeTree(memory);
-    const std::ptrdiff_t before = threadsOfThisProcess();
-    std::vector<std::ptrdiff_t> threads;
+    const std::size_t before = test::threadCount();
+    std::vector<std::size_t> threads;
     const auto progress = [&](std::size_t, std::size_t) {
-        threads.push_back(threadsOfThisProcess() - before);
+        threads.push_back(test::threadCount() - before);
     };
     const auto result = DirectorySizer().measure(itemsOf(tree, 24), 3, progress, CancelToken());
     EXPECT_THAT(sizesOf(result), Each(ftsTreeSize(tree)));
     EXPECT_EQ(threads.size(), 24U);
-    EXPECT_EQ(threads.front(), 3);
-    EXPECT_LE(std::ranges::max(threads), 3);
+    EXPECT_EQ(threads.front(), 3U);
+    EXPECT_LE(std::ranges::max(threads), 3U);
 }
 
 TEST(DirectorySizerTest, WidthBeyondTheItemsStartsAsManyAsThereAre) {
     const TempHome memory(TempHome::Place::memory);
     const URL tree = makeLargeTree(memory);
-    const std::ptrdiff_t before = threadsOfThisProcess();
-    std::ptrdiff_t most = 0;
+    const std::size_t before = test::threadCount();
+    std::size_t most = 0;
     const auto progress = [&](std::size_t, std::size_t) {
-        most = std::max(most, threadsOfThisProcess() - before);
+        most = std::max(most, test::threadCount() - before);
     };
     const auto result = DirectorySizer().measure(itemsOf(tree, 2), 100, progress, CancelToken());
     EXPECT_THAT(sizesOf(result), Each(ftsTreeSize(tree)));
-    EXPECT_LE(most, 2);
+    EXPECT_LE(most, 2U);
 }
 
 TEST(DirectorySizerTest, WidthOfNothingMeasuresNothing) {
