@@ -299,7 +299,7 @@ TEST(DirectorySizerTest, WithNothingToMeasureNobodyStartsAndTheListComesBackAsIt
 TEST(DirectorySizerTest, NoMoreWalksThanTheWidthRunAtATime) {
     const TempHome memory(TempHome::Place::memory);
     const URL tree = makeLargeTree(memory);
-    const std::size_t before = test::threadCount();
+    const std::size_t before = test::threadsAtRest();
     std::vector<std::size_t> threads;
     const auto progress = [&](std::size_t, std::size_t) {
         threads.push_back(test::threadCount() - before);
@@ -314,7 +314,7 @@ TEST(DirectorySizerTest, NoMoreWalksThanTheWidthRunAtATime) {
 TEST(DirectorySizerTest, WidthBeyondTheItemsStartsAsManyAsThereAre) {
     const TempHome memory(TempHome::Place::memory);
     const URL tree = makeLargeTree(memory);
-    const std::size_t before = test::threadCount();
+    const std::size_t before = test::threadsAtRest();
     std::size_t most = 0;
     const auto progress = [&](std::size_t, std::size_t) {
         most = std::max(most, test::threadCount() - before);

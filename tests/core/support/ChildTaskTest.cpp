@@ -1,11 +1,12 @@
 #include "core/support/ChildTask.h"
 
+#include "tests/support/Threads.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <barrier>
 #include <chrono>
-#include <filesystem>
 #include <future>
 #include <iterator>
 #include <memory>
@@ -17,21 +18,6 @@ namespace tidewright {
 namespace {
 
 using namespace std::chrono_literals;
-namespace fs = std::filesystem;
-
-const fs::path threadFolder = "/proc/self/task";
-
-std::ptrdiff_t liveThreads() {
-    return std::distance(fs::directory_iterator(threadFolder), fs::directory_iterator());
-}
-
-/// A thread that was joined may be listed for a moment longer.
-bool threadsFallTo(std::ptrdiff_t count) {
-    for (int i = 0; i < 500 && liveThreads() > count; ++i)
-        std::this_thread::sleep_for(10ms);
-    return liveThreads() <= count;
-}
-
 TEST(ChildTask, RunsOnAThreadOfItsOwnAndHandsOverItsResult) {
     ChildTask<std::thread::id> task([] { return std::this_thread::get_id(); });
     EXPECT_NE(task.await(), std::this_thread::get_id());
@@ -225,10 +211,8 @@ TEST(ForEachLimited, TheOwnerMayCancelWhileItTakesAResult) {
 }
 
 TEST(ForEachLimited, LeavesNoThreadBehind) {
-    if (!fs::exists(threadFolder))
-        GTEST_SKIP() << "this system does not list its threads";
-    const std::ptrdiff_t before = liveThreads();
-    std::atomic<std::ptrdiff_t> during = 0;
+    const std::size_t before = test::threadsAtRest();
+    std::atomic<std::size_t> during = 0;
     for (int round = 0; round < 20; ++round) {
         std::barrier<> allRun(8);
         forEachLimited(
@@ -236,14 +220,14 @@ TEST(ForEachLimited, LeavesNoThreadBehind) {
             [&](std::size_t index) {
                 allRun.arrive_and_wait();
                 if (index == 0)
-                    during = liveThreads();
+                    during = test::threadCount();
                 allRun.arrive_and_wait();
                 return index;
             },
             [](std::size_t, std::size_t) {});
         EXPECT_GE(during, before + 8);
     }
-    EXPECT_TRUE(threadsFallTo(before)) << liveThreads() << " and not " << before;
+    EXPECT_TRUE(test::threadsFallTo(before)) << test::threadCount() << " and not " << before;
 }
 
 TEST(ForEachLimited, ResultsNeedNotBeCopyable) {
