@@ -354,6 +354,43 @@ TEST(SimctlTest, CancelledQuestionHasNoAnswer) {
     EXPECT_THAT(Simctl::runtimes(runnerOf(home), source.token()), IsEmpty());
 }
 
+std::string filled(std::string_view start, std::string_view part, std::string_view end) {
+    std::string text(start);
+    while (text.size() < 20'000'000)
+        text += part;
+    return text.append(end);
+}
+
+constexpr std::string_view someDevice =
+    R"({"udid":"A","name":"iPhone","state":"Booted","isAvailable":true})";
+
+TEST(SimctlParsers, AnswersOf20MBAreReadForTheirRecordsAlone) {
+    const std::string device(someDevice);
+    EXPECT_THAT(Simctl::parseDevices(filled(R"({"pairs":[)", "{},", R"(1],"devices":{"r":[)") +
+                                     device + "]}}"),
+                SizeIs(1));
+    EXPECT_THAT(Simctl::parseDevices(filled(R"({"devices":{"r":[)", "{},", "{}]}}")), IsEmpty());
+    EXPECT_THAT(Simctl::parseDevices(R"({"devices":{"r":[)" + filled(R"({"x":[)", "{},", "1],") +
+                                     device.substr(1) + "]}}"),
+                SizeIs(1));
+    EXPECT_THAT(Simctl::parseRuntimes(filled(R"({"k":{"x":{"a":[)", "0,", "1]},") +
+                                      R"("identifier":"A","version":"18.2"}})"),
+                SizeIs(1));
+}
+
+TEST(SimctlParsers, WhatStandsInAnotherPlaceIsNoRecord) {
+    const std::string device(someDevice);
+    EXPECT_THAT(Simctl::parseDevices(R"({"devices":{"r":[)" + device + "]}}"), SizeIs(1));
+    for (const std::string& answer :
+         {R"({"devices":[)" + device + "]}", R"({"devices":{"r":)" + device + "}}",
+          R"({"devices":{"r":[[)" + device + "]]}}", R"({"devices":{"r":[)" + device + ",5]}}",
+          R"({"others":{"r":[)" + device + "]}}", R"({"devices":{"r":[)" + device + "]}} x",
+          R"({"devices":{"r":[)" + device + R"(]},"devices":{}})"})
+        EXPECT_THAT(Simctl::parseDevices(answer), IsEmpty()) << answer;
+    EXPECT_THAT(Simctl::parseRuntimes(R"([{"identifier":"A","version":"18.2"}])"), IsEmpty());
+    EXPECT_THAT(Simctl::parseRuntimes(R"({"k":[{"identifier":"A","version":"18.2"}]})"), IsEmpty());
+}
+
 } // namespace
 
 } // namespace tidewright
