@@ -78,10 +78,12 @@ private:
             return true;
         if (m_level < m_containers.size())
             return false;
+        bool isField = false;
         forEachField(T(), [&](std::string_view name, const auto&) {
-            if (name == m_member)
-                m_record[m_member] = std::move(value);
+            isField = isField || (!name.empty() && name == m_member);
         });
+        if (isField)
+            m_record[m_member] = std::move(value);
         return true;
     }
 
