@@ -11,7 +11,7 @@ from tree import files, is_inside, main, text_of
 
 # In the patterns, a letter in brackets keeps this file from finding itself.
 ANYWHERE = [
-    # Not "~/work/", "$HOME/work/" or "/home/dev/work/", which any text may name.
+    # Not a folder of that name below a home or another folder, which any text may name.
     (r"(?<![\w.~*})-])/[w]ork/", "names a path of somebody's machine"),
     (r"\.\./([s]hared|\.[l]ibrary)\b", "names a path outside of the repository"),
 ]
