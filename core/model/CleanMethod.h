@@ -60,6 +60,9 @@ struct CleanMethod {
 
     bool isExecutable() const { return !std::holds_alternative<Manual>(choice); }
 
+    /// "Move to Trash" and the like: the heading under which such items are reviewed.
+    std::string_view label() const;
+
     bool operator==(const CleanMethod&) const = default;
 };
 

@@ -14,6 +14,14 @@ enum class FileKind { regular, directory, symbolicLink, other };
 
 enum class Links { follow, dontFollow };
 
+/// What tells a file from every other one while it exists.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    auto operator<=>(const FileIdentity&) const = default;
+};
+
 struct FileInfo {
     FileKind kind = FileKind::other;
     Int64 logicalBytes = 0;
@@ -23,6 +31,8 @@ struct FileInfo {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::uint64_t linkCount = 0;
+
+    FileIdentity identity() const { return {device, inode}; }
 };
 
 /// One system call.

@@ -17,6 +17,14 @@ URL homeDirectory();
 /// The temporary folder of this user; on Linux `$TMPDIR`, else "/tmp".
 URL temporaryDirectory();
 
+/// Where programs keep files of the user with this home; on Linux `$XDG_DATA_HOME`.
+URL userDataDirectory(const URL& home);
+
+/// Where the audit logs of the user with this home are kept; it need not exist. On Linux that
+/// follows
+/// `$XDG_STATE_HOME`.
+URL auditLogDirectory(const URL& home);
+
 /// The two folders that hold applications: of all users, and of the one with this home.
 std::vector<URL> applicationFolders(const URL& home);
 

@@ -1,5 +1,6 @@
 #include "core/support/Text.h"
 
+#include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
@@ -131,6 +132,11 @@ std::string removing(std::string_view part, std::string_view text) {
     for (std::size_t at = result.find(part); at != std::string::npos; at = result.find(part, at))
         result.erase(at, part.size());
     return result;
+}
+
+std::string lowercased(std::string_view text) {
+    std::string result;
+    return fromUTF8(text).toLower(icu::Locale::getRoot()).toUTF8String(result);
 }
 
 std::string lowercasedASCII(std::string_view text) {

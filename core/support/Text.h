@@ -31,6 +31,9 @@ bool contains(std::string_view text, std::string_view part);
 /// `text` with every occurrence of `part` taken out.
 std::string removing(std::string_view part, std::string_view text);
 
+/// All letters in lower case, by the rules of no particular language; invalid UTF-8 is replaced.
+std::string lowercased(std::string_view text);
+
 /// ASCII letters in lower case; all other bytes as they are.
 std::string lowercasedASCII(std::string_view text);
 

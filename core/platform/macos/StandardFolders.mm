@@ -10,4 +10,8 @@ URL temporaryDirectory() {
     }
 }
 
+URL userDataDirectory(const URL& home) { return home.appending("Library/Application Support"); }
+
+URL auditLogDirectory(const URL& home) { return home.appending("Library/Logs/Tidewright"); }
+
 } // namespace tidewright
