@@ -1,5 +1,6 @@
 #include "core/support/Text.h"
 
+#include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -145,6 +146,21 @@ std::string lowercasedASCII(std::string_view text) {
         if (c >= 'A' && c <= 'Z')
             c = static_cast<char>(c - 'A' + 'a');
     return result;
+}
+
+std::string lastCharacters(std::string_view text, std::size_t count) {
+    const icu::UnicodeString all = fromUTF8(text);
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status))
+        return std::string(text);
+    characters->setText(all);
+    std::int32_t start = characters->last();
+    for (std::size_t i = 0; i < count && start > 0; ++i)
+        start = characters->previous();
+    std::string result;
+    return all.tempSubString(start).toUTF8String(result);
 }
 
 std::optional<int> majorVersion(std::string_view version) {

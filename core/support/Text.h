@@ -37,6 +37,9 @@ std::string lowercased(std::string_view text);
 /// ASCII letters in lower case; all other bytes as they are.
 std::string lowercasedASCII(std::string_view text);
 
+/// The end of a text: at most `count` characters as a person counts them.
+std::string lastCharacters(std::string_view text, std::size_t count);
+
 /// The first number of a version: "35.0.1" gives 35; absent for "r21e" and an empty text. Empty
 /// pieces are dropped first, so ".9" gives 9.
 std::optional<int> majorVersion(std::string_view version);
