@@ -8,10 +8,11 @@ namespace tidewright {
 
 struct FileActionError {
     enum class Kind {
-        system,    ///< a call failed
-        replaced,  ///< not what was judged stands there now
-        mounted,   ///< another disk, or a piece of one, is mounted there
-        stillThere ///< removed without an error, and yet there
+        system,     ///< a call failed
+        replaced,   ///< not what was judged stands there now
+        mounted,    ///< another disk, or a piece of one, is mounted there
+        notTrashed, ///< the Trash can't take it, for which `cause` has the item's path and a code
+        stillThere  ///< removed without an error, and yet there
     };
     Kind kind = Kind::system;
     SystemError cause; ///< its path is the first that was in the way

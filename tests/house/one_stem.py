@@ -17,7 +17,7 @@ UPPER_CAMEL = re.compile(r"[A-Z][A-Za-z0-9]*")
 SYSTEMS = {"posix", "linux", "macos"}
 
 # These test the program as a whole, not one file.
-WITHOUT_MIRROR = ["tests/e2e", "tests/house"]
+WITHOUT_MIRROR = ["tests/e2e", "tests/faults", "tests/house"]
 # These are named by others: fixtures, and stand-ins for headers of a system.
 NAMED_BY_OTHERS = ["tests/fixtures", "tests/macos/include"]
 
@@ -29,7 +29,8 @@ def is_program(path):
 def folders_of_header(path):
     """The folders in which a source's header may stand."""
     if path.parent.name in SYSTEMS:
-        return [path.parent, path.parent.parent]
+        # What both systems share on the inside has its header in posix/.
+        return [path.parent, path.parent.parent, path.parent.parent / "posix"]
     return [path.parent]
 
 

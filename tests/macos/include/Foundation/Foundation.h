@@ -76,6 +76,9 @@ FOUNDATION_EXPORT NSURLResourceKey const NSURLVolumeTotalCapacityKey;
 @interface NSFileManager : NSObject
 @property (class, readonly, strong) NSFileManager* defaultManager;
 - (NSString*)displayNameAtPath:(NSString*)path;
+- (BOOL)trashItemAtURL:(NSURL*)url
+      resultingItemURL:(NSURL* _Nullable* _Nullable)resultingURL
+                 error:(NSError* _Nullable* _Nullable)error;
 @end
 
 FOUNDATION_EXPORT NSString* NSHomeDirectory(void);
