@@ -1,5 +1,6 @@
 // The record on disk of what one cleanup did: JSON Lines, one flat object of strings per line. The
-// keys are sorted, the objects compact, and a slash in a text is written "\/".
+// keys are sorted, the objects compact, and a slash in a text is written "\/". A line without its
+// line end, which only a program that was killed leaves, is not whole.
 //
 // The log is a side record: no failure of it is reported or interferes with the cleaning.
 #pragma once

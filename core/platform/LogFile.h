@@ -2,8 +2,10 @@
 #pragma once
 
 #include "core/platform/posix/FileDescriptor.h"
+#include "core/support/Bytes.h"
 #include "core/support/URL.h"
 
+#include <optional>
 #include <string_view>
 
 namespace tidewright {
@@ -16,7 +18,8 @@ public:
     static Result<LogFile, SystemError> create(const URL& url);
 
     /// Adds the bytes with one call of the system. Where not all of them could be written, those
-    /// that were are taken back.
+    /// that were are taken back. If the process is killed meanwhile nobody can do that: the file
+    /// may then end with the beginning of these bytes, which Linux cuts between two memory pages.
     Result<void, SystemError> append(std::string_view bytes);
 
     const URL& url() const { return m_url; }
@@ -24,8 +27,12 @@ public:
 private:
     LogFile(URL url, FileDescriptor file) : m_url(std::move(url)), m_file(std::move(file)) {}
 
+    /// Does nothing where all that was written is whole.
+    Result<void, SystemError> takeBackPiece();
+
     URL m_url;
     FileDescriptor m_file;
+    std::optional<Int64> m_piece; ///< where the bytes begin that are still to be taken back
 };
 
 } // namespace tidewright

@@ -2,6 +2,7 @@
 
 #include <unicode/timezone.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace tidewright {
@@ -17,7 +18,10 @@ std::unique_ptr<icu::TimeZone> makeZone(const std::optional<std::string>& name) 
 } // namespace
 
 std::string localTimeText(Date date, const std::optional<std::string>& timeZone) {
-    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date);
+    // So far outside of the calendar that a day more or less makes no difference.
+    constexpr std::chrono::days margin{2};
+    const Date shown = std::clamp(date, Date::min() + margin, Date::max() - margin);
+    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(shown);
     std::int32_t offset = 0;       // in milliseconds, of the zone
     std::int32_t summerOffset = 0; // and on top of it at that time of the year
     UErrorCode status = U_ZERO_ERROR;
@@ -25,7 +29,7 @@ std::string localTimeText(Date date, const std::optional<std::string>& timeZone)
                                   false, offset, summerOffset, status);
     // Without an answer it is UTC.
     const std::int32_t sum = U_SUCCESS(status) ? offset + summerOffset : 0;
-    std::string text = iso8601Text(date + std::chrono::milliseconds(sum));
+    std::string text = iso8601Text(shown + std::chrono::milliseconds(sum));
     text.pop_back(); // the "Z" of UTC
     return text;
 }

@@ -41,6 +41,13 @@ TEST(CleanMethod, OnlyAManualOneCannotBeExecuted) {
     EXPECT_FALSE(CleanMethod::manual("Drag it to the Trash.").isExecutable());
 }
 
+TEST(CleanMethod, LabelIsTheHeadingOfItsItems) {
+    EXPECT_EQ(CleanMethod::remove().label(), "Delete permanently");
+    EXPECT_EQ(CleanMethod::trash().label(), "Move to Trash");
+    EXPECT_EQ(CleanMethod::command({}).label(), "Run clean command");
+    EXPECT_EQ(CleanMethod::manual("text").label(), "Manual");
+}
+
 TEST(CleanMethod, CasesAndPayloadsTellMethodsApart) {
     const std::vector<CleanMethod> methods = {
         CleanMethod::remove(),

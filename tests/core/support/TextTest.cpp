@@ -154,6 +154,41 @@ TEST(Text, RemovingTakesOutEveryOccurrence) {
     EXPECT_EQ(removing("", ""), "");
 }
 
+TEST(Text, LowercasedChangesTheLettersOfAllScripts) {
+    struct Case {
+        std::string_view text;
+        std::string_view expected;
+    };
+    constexpr Case cases[] = {
+        {"", ""},
+        {"AZaz09_[@`{", "azaz09_[@`{"},
+        {"ÄÉÑØ", "äéñø"},
+        {"ΑΒΓ ЖЯ", "αβγ жя"},
+        {"\u1E9E", "ß"},
+        {"ΟΔΟΣ", "οδος"},             // another letter at the end of a word
+        {"\u0130", "i\u0307"},        // a dot of its own stays one
+        {"I", "i"},                   // whatever the user's language
+        {"\U00010400", "\U00010428"}, // beyond the first 65536
+        {"漢😀ß", "漢😀ß"},
+        {"A\0B"sv, "a\0b"sv},
+        {"A\xFF\xC3", "a\uFFFD\uFFFD"},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(lowercased(each.text), each.expected) << each.text;
+}
+
+TEST(Text, LastCharactersAreThoseThatAPersonCounts) {
+    EXPECT_EQ(lastCharacters("", 3), "");
+    EXPECT_EQ(lastCharacters("abc", 0), "");
+    EXPECT_EQ(lastCharacters("abc", 3), "abc");
+    EXPECT_EQ(lastCharacters("abc", 4), "abc");
+    EXPECT_EQ(lastCharacters("abcd", 2), "cd");
+    EXPECT_EQ(lastCharacters("aé漢😀", 2), "漢😀");
+    EXPECT_EQ(lastCharacters("xe\u0301y", 2), "e\u0301y") << "a letter and its accent are one";
+    EXPECT_EQ(lastCharacters("a\r\nb", 2), "\r\nb") << "so are both bytes of a line end";
+    EXPECT_EQ(lastCharacters("a\xFF", 1), "\uFFFD");
+}
+
 TEST(Text, LowercasedASCIILeavesOtherLettersAlone) {
     EXPECT_EQ(lowercasedASCII("AZaz09_[@`{"), "azaz09_[@`{");
     EXPECT_EQ(lowercasedASCII("ÄÉ\xC0\xFF"), "ÄÉ\xC0\xFF");

@@ -72,5 +72,28 @@ TEST(StandardFolders, TemporaryFolderIsTheEnvironmentsElseTmp) {
     }
 }
 
+TEST(StandardFolders, ProgramsFilesFollowTheEnvironmentElseTheHome) {
+    const URL home("/home/user");
+    for (const Case& each : cases) {
+        const ScopedVariable data("XDG_DATA_HOME", each.value);
+        const ScopedVariable state("XDG_STATE_HOME", std::nullopt);
+        EXPECT_EQ(userDataDirectory(home).path(), each.expected.value_or("/home/user/.local/share"))
+            << each.value.value_or("not set");
+        EXPECT_EQ(auditLogDirectory(home).path(), "/home/user/.local/state/Tidewright/Logs");
+    }
+}
+
+TEST(StandardFolders, AuditLogsFollowTheEnvironmentElseTheHome) {
+    const URL home("/home/user/");
+    for (const Case& each : cases) {
+        const ScopedVariable state("XDG_STATE_HOME", each.value);
+        const ScopedVariable data("XDG_DATA_HOME", std::nullopt);
+        const URL folder(each.expected.value_or("/home/user/.local/state"));
+        EXPECT_EQ(auditLogDirectory(home), folder.appending("Tidewright/Logs"))
+            << each.value.value_or("not set");
+        EXPECT_EQ(userDataDirectory(home).path(), "/home/user/.local/share");
+    }
+}
+
 } // namespace
 } // namespace tidewright
