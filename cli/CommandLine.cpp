@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "cli/CheckCommand.h"
+#include "cli/CleanCommand.h"
 #include "cli/ExitStatus.h"
 #include "cli/ExplainCommand.h"
 #include "cli/ProjectsCommand.h"
@@ -9,6 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -51,6 +54,27 @@ void addScanOptions(CLI::App& command, ScanOptions& options) {
         ->allow_extra_args(false);
 }
 
+void addCleanOptions(CLI::App& command, CleanOptions& options) {
+    command.add_flag("--recommended", options.recommended, "Clean everything that is recommended");
+    command
+        .add_option("--id", options.ids, "Clean this item; scan --json shows the ids (repeatable)")
+        ->option_text("ID")
+        ->allow_extra_args(false);
+    command.add_flag("--dry-run", options.dryRun,
+                     "Show and check what would be cleaned; touch nothing");
+    command.add_flag("--yes", options.isConfirmed, "Don't ask: clean at once");
+}
+
+/// The library takes a path of the form "[a,b]" for a list; "./[a,b]" is the same path.
+std::vector<std::string> withoutLists(std::vector<std::string> arguments) {
+    if (arguments.empty() || arguments.front() != "check")
+        return arguments;
+    for (std::string& argument : arguments)
+        if (argument.starts_with('[') && argument.ends_with(']'))
+            argument.insert(0, "./");
+    return arguments;
+}
+
 } // namespace
 
 int runCommandLine(int argumentCount, const char* const* arguments) {
@@ -76,19 +100,41 @@ int runCommandLine(int argumentCount, const char* const* arguments) {
     explain->add_option("ID", id, "The item's id, as scan --json shows it")->required();
     CLI::App* projects = addCommand("projects", "List the projects found and what each needs");
     addScanOptions(*projects, options);
+    CLI::App* clean =
+        addCommand("clean", "Scan, show what can be cleaned, ask, and clean it; every path is "
+                            "checked once more before it is touched");
+    addScanOptions(*clean, options);
+    CleanOptions cleanOptions;
+    addCleanOptions(*clean, cleanOptions);
+    CLI::App* check = addCommand("check", "Say of each path whether it may be cleaned at all, and "
+                                          "if not, why");
+    std::vector<std::string> paths;
+    bool isProjectItem = false;
+    check->add_option("PATH", paths, "What to judge; nothing is touched")->required();
+    check->add_flag("--project-item", isProjectItem,
+                    "Judge it as something inside a project that was picked on purpose");
     addCommand("rules", "List what is looked for");
 
+    const std::vector<std::string> given(arguments + 1, arguments + argumentCount);
     try {
-        app.parse(argumentCount, arguments);
+        std::vector<std::string> words = withoutLists(given);
+        std::ranges::reverse(words); // as the library wants them
+        app.parse(std::move(words));
     } catch (const CLI::Success& success) { // --help and --version
         return app.exit(success);
     } catch (const CLI::ParseError& error) {
-        return usageError(sentenceOf(app, error, {arguments + 1, arguments + argumentCount}));
+        return usageError(sentenceOf(app, error, given));
     }
     if (scan->parsed())
         return runScan(options, json);
     if (explain->parsed())
         return runExplain(options, id, json);
+    if (clean->parsed()) {
+        cleanOptions.json = json;
+        return runClean(options, cleanOptions);
+    }
+    if (check->parsed())
+        return runCheck(paths, isProjectItem, json);
     return projects->parsed() ? runProjects(options, json) : runRules(json);
 }
 

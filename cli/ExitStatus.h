@@ -8,8 +8,9 @@
 namespace tidewright {
 
 inline constexpr int doneStatus = 0;
-inline constexpr int failedStatus = 1; ///< done, but something failed
-inline constexpr int usageStatus = 2;  ///< wrong usage
+inline constexpr int failedStatus = 1;  ///< done, but something failed
+inline constexpr int usageStatus = 2;   ///< wrong usage
+inline constexpr int refusedStatus = 3; ///< not done, because nobody confirmed it
 
 /// Says one sentence on standard error and returns the status for wrong usage.
 int usageError(std::string_view sentence);

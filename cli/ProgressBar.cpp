@@ -14,7 +14,6 @@ namespace {
 constexpr std::size_t barCells = 24;
 constexpr std::size_t shortBarCells = 8;
 constexpr std::size_t columnsForLongBar = 72;
-constexpr const char* toLineStart = "\r\x1b[K"; // and erase to the line's end
 
 std::string repeated(std::string_view text, std::size_t count) {
     std::string result;
@@ -34,20 +33,6 @@ std::string progressLine(const ScanProgress& progress, std::size_t columns) {
         fmt::format("{}{} {:3} %  {}", repeated("█", filled), repeated("░", cells - filled),
                     std::lround(fraction * 100), printable(progress.message));
     return elidedMiddle(line, columns);
-}
-
-ProgressBar::ProgressBar(std::FILE* stream) : m_stream(stream), m_terminal(terminalOf(stream)) {}
-
-ProgressBar::~ProgressBar() {
-    if (m_terminal.isTerminal)
-        writeAll(m_stream, toLineStart);
-}
-
-void ProgressBar::show(const ScanProgress& progress) {
-    if (!m_terminal.isTerminal)
-        return;
-    // One column stays free: a full line would wrap.
-    writeAll(m_stream, toLineStart + progressLine(progress, m_terminal.columns.value_or(80) - 1));
 }
 
 } // namespace tidewright

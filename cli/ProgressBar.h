@@ -1,7 +1,7 @@
 // A live bar for the progress of a scan; silent where there is no terminal.
 #pragma once
 
-#include "cli/Terminal.h"
+#include "cli/LiveLine.h"
 #include "core/model/ScanProgress.h"
 
 namespace tidewright {
@@ -12,16 +12,14 @@ std::string progressLine(const ScanProgress& progress, std::size_t columns);
 /// Draws on one line of a stream and leaves that line empty at its end. One thread at a time.
 class ProgressBar {
 public:
-    explicit ProgressBar(std::FILE* stream);
-    ~ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
+    explicit ProgressBar(std::FILE* stream) : m_line(stream) {}
 
-    void show(const ScanProgress& progress);
+    void show(const ScanProgress& progress) {
+        m_line.show(progressLine(progress, m_line.columns()));
+    }
 
 private:
-    std::FILE* m_stream;
-    Terminal m_terminal;
+    LiveLine m_line;
 };
 
 } // namespace tidewright

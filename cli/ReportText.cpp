@@ -1,5 +1,6 @@
 #include "cli/ReportText.h"
 
+#include "cli/Layout.h"
 #include "core/support/Text.h"
 
 #include <fmt/format.h>
@@ -27,34 +28,6 @@ Ink inkOf(Decision decision) {
         break;
     }
     return Ink::dim;
-}
-
-std::string padded(std::string_view text, std::size_t columns) {
-    const std::size_t width = displayWidth(text);
-    return std::string(text) + std::string(columns > width ? columns - width : 0, ' ');
-}
-
-std::string rightAligned(std::string_view text, std::size_t columns) {
-    const std::size_t width = displayWidth(text);
-    return std::string(columns > width ? columns - width : 0, ' ') + std::string(text);
-}
-
-/// The lines of a paragraph; one line where there is no limit.
-std::vector<std::string> paragraph(std::string_view text, std::optional<std::size_t> columns) {
-    if (!columns)
-        return {printable(text)};
-    return wrapped(printable(text), *columns);
-}
-
-/// With the version, which tells items of one title apart.
-std::string titleOf(const ScanItem& item) {
-    if (!item.version || contains(item.title, *item.version))
-        return printable(item.title);
-    return printable(item.title + " " + *item.version);
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
 /// Where the columns of the item rows begin, the same for the whole report.
@@ -108,18 +81,10 @@ public:
 private:
     void line(std::string_view text = {}) { m_text.append(text).append("\n"); }
 
-    void block(std::string_view text, std::size_t indentation) {
-        std::optional<std::size_t> room;
-        if (m_terminal.columns)
-            room = *m_terminal.columns - std::min(*m_terminal.columns - 1, indentation);
-        for (const std::string& each : paragraph(text, room))
-            line(std::string(indentation, ' ') + each);
-    }
-
     void insights() {
         for (const Insight& insight : m_report.insights) {
-            line(m_terminal.inked(Ink::bold, fitted(insight.title)));
-            block(insight.message, 2);
+            line(m_terminal.inked(Ink::bold, fitted(insight.title, 0, m_terminal)));
+            m_text += indentedParagraph(insight.message, 2, m_terminal);
             line();
         }
     }
@@ -136,7 +101,7 @@ private:
         const std::string* group = nullptr;
         for (const ScanItem& item : items) {
             if (group == nullptr || *group != item.group)
-                line(m_terminal.inked(Ink::dim, "  " + fitted(item.group, 2)));
+                line(m_terminal.inked(Ink::dim, "  " + fitted(item.group, 2, m_terminal)));
             group = &item.group;
             row(item);
         }
@@ -168,11 +133,11 @@ private:
     void totals() {
         const DiskSpace& disk = m_report.disk;
         if (disk.totalBytes > 0)
-            block(fmt::format("{} of {} are free on this disk.",
-                              formattedBytes(disk.availableBytes), formattedBytes(disk.totalBytes)),
-                  0);
-        for (const std::string& each : paragraph(freeable(), m_terminal.columns))
-            line(m_terminal.inked(Ink::bold, each));
+            m_text += indentedParagraph(fmt::format("{} of {} are free on this disk.",
+                                                    formattedBytes(disk.availableBytes),
+                                                    formattedBytes(disk.totalBytes)),
+                                        0, m_terminal);
+        m_text += indentedParagraph(freeable(), 0, m_terminal, Ink::bold);
     }
 
     std::string freeable() const {
@@ -190,13 +155,6 @@ private:
         return fmt::format("{} can be freed: {} recommended, {} your call.",
                            formattedBytes(recommended + optional), formattedBytes(recommended),
                            formattedBytes(optional));
-    }
-
-    /// A text that takes one line at most, behind `before` columns.
-    std::string fitted(std::string_view text, std::size_t before = 0) const {
-        if (!m_terminal.columns)
-            return printable(text);
-        return elidedMiddle(printable(text), *m_terminal.columns - before);
     }
 
     const ScanReport& m_report;

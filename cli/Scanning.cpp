@@ -5,6 +5,7 @@
 #include "cli/MainThreadQueue.h"
 #include "cli/Paths.h"
 #include "cli/ProgressBar.h"
+#include "cli/Tools.h"
 #include "core/platform/StandardFolders.h"
 #include "core/scan/RuleCatalog.h"
 
@@ -40,7 +41,18 @@ Result<DiskScanner, std::string> makeScanner(const ScanOptions& options) {
         settings.exclusions.push_back(absolute(excluded));
     const URL home = homeDirectory();
     return DiskScanner(std::move(settings), home, RuleCatalog::all(),
-                       ShellRunner{ToolLocator(home, processEnvironment())});
+                       runnerFor(home, processEnvironment()));
+}
+
+Result<ScanReport, int> scanForCommand(const DiskScanner& scanner, const CancelToken& cancel) {
+    auto report = servedByMainThread([&] {
+        ProgressBar bar(stderr);
+        return scanner.scan([&](const ScanProgress& progress) { bar.show(progress); }, cancel);
+    });
+    if (report)
+        return std::move(*report);
+    fmt::print(stderr, "The scan was stopped. Nothing was changed.\n");
+    return Failure(interruptedStatus);
 }
 
 Result<ScanReport, int> scanForCommand(const ScanOptions& options) {
@@ -48,15 +60,7 @@ Result<ScanReport, int> scanForCommand(const ScanOptions& options) {
     if (!scanner)
         return Failure(usageError(scanner.error()));
     const Interrupt interrupt;
-    auto report = servedByMainThread([&] {
-        ProgressBar bar(stderr);
-        return scanner->scan([&](const ScanProgress& progress) { bar.show(progress); },
-                             interrupt.token());
-    });
-    if (report)
-        return std::move(*report);
-    fmt::print(stderr, "The scan was stopped. Nothing was changed.\n");
-    return Failure(interruptedStatus);
+    return scanForCommand(*scanner, interrupt.token());
 }
 
 } // namespace tidewright

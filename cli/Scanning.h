@@ -21,4 +21,7 @@ Result<DiskScanner, std::string> makeScanner(const ScanOptions& options);
 /// been said, and the error is the exit status.
 Result<ScanReport, int> scanForCommand(const ScanOptions& options);
 
+/// The same with a scanner that is there, and somebody else's Ctrl-C.
+Result<ScanReport, int> scanForCommand(const DiskScanner& scanner, const CancelToken& cancel);
+
 } // namespace tidewright

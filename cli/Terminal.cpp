@@ -1,10 +1,12 @@
 #include "cli/Terminal.h"
 
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <iostream>
 
 namespace tidewright {
 
@@ -72,6 +74,18 @@ Terminal terminalOf(std::FILE* stream) {
 bool writeAll(std::FILE* stream, std::string_view text) {
     return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
            std::fflush(stream) == 0;
+}
+
+bool canAsk() { return terminalOf(stdin).isTerminal && terminalOf(stderr).isTerminal; }
+
+std::optional<std::string> answerTo(std::string_view question) {
+    tcflush(STDIN_FILENO, TCIFLUSH);
+    writeAll(stderr, question);
+    std::string answer;
+    if (std::getline(std::cin, answer))
+        return answer;
+    writeAll(stderr, "\n");
+    return std::nullopt;
 }
 
 } // namespace tidewright

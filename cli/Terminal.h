@@ -24,4 +24,11 @@ Terminal terminalOf(std::FILE* stream);
 /// Writes all of `text` and flushes; false when the stream does not take it (a full disk).
 bool writeAll(std::FILE* stream, std::string_view text);
 
+/// Whether somebody can be asked: who reads standard error and types into standard input.
+bool canAsk();
+
+/// Puts a question on standard error and waits for the line that is typed as its answer. What was
+/// typed before the question counts for nothing. Absent where no line comes.
+std::optional<std::string> answerTo(std::string_view question);
+
 } // namespace tidewright

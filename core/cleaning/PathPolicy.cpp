@@ -105,25 +105,71 @@ bool isInsideAny(const URL& url, const std::vector<URL>& roots) {
                                [&](const URL& root) { return isInside(url.path(), root.path()); });
 }
 
-bool isProtected(std::string_view component) {
-    const std::string name = lowercased(component);
+/// The whole disk is nobody's home and no temporary folder: such a root permits nothing.
+bool isInsideAnyRoot(const URL& url, const std::vector<URL>& roots) {
+    return std::ranges::any_of(roots, [&](const URL& root) {
+        return root.path() != "/" && isInside(url.path(), root.path());
+    });
+}
+
+bool isProtectedInLowerCase(std::string_view name) {
     return std::ranges::find(protectedNames, name) != protectedNames.end() ||
            std::ranges::any_of(protectedEndings,
                                [&](const char* ending) { return name.ends_with(ending); }) ||
            name.starts_with(protectedBeginning);
 }
 
-/// What stands at a place just now, as a link and as what the link leads to.
-void addIdentities(std::set<FileIdentity>& identities, const URL& place) {
-    for (const Links links : {Links::dontFollow, Links::follow})
-        if (const auto info = fileInfo(place, links))
-            identities.insert(info->identity());
+/// Also a name that only some file systems take for a protected one.
+bool isProtected(std::string_view component) {
+    return isProtectedInLowerCase(lowercased(component)) ||
+           isProtectedInLowerCase(caseFolded(component));
 }
 
-bool holdsAny(const std::set<FileIdentity>& places, const std::vector<FileIdentity>& identities) {
-    return std::ranges::any_of(identities,
-                               [&](const FileIdentity& each) { return places.contains(each); });
-}
+/// Places that are recognised by device and inode under whatever path they are met.
+class Places {
+public:
+    /// What stands there just now, as a link and as what the link leads to, and the folders above
+    /// both. Fails where those can't be told.
+    Result<void, SystemError> add(const URL& place) {
+        const std::size_t before = m_places.size();
+        for (const Links links : {Links::dontFollow, Links::follow})
+            if (const auto info = fileInfo(place, links))
+                m_places.insert(info->identity());
+        if (m_places.size() == before)
+            return {}; // nothing is there, or it is known with all above it
+        for (const URL& folder : {resolvedOrSame(place.deletingLastPathComponent()),
+                                  resolvedOrSame(place).deletingLastPathComponent()})
+            if (auto added = addWithFoldersAbove(folder); !added)
+                return added;
+        return {};
+    }
+
+    bool contains(const FileIdentity& identity) const { return m_places.contains(identity); }
+    bool containsAny(const std::vector<FileIdentity>& identities) const {
+        return std::ranges::any_of(identities,
+                                   [&](const FileIdentity& each) { return contains(each); });
+    }
+    /// Whether it is one of the places or a folder that has one in it, however deep.
+    bool wouldLoseOne(const FileIdentity& item) const {
+        return contains(item) || m_foldersAbove.contains(item);
+    }
+
+private:
+    Result<void, SystemError> addWithFoldersAbove(const URL& folder) {
+        if (!m_foldersDone.insert(folder).second)
+            return {};
+        const auto judged = JudgedFolder::open(folder, JudgedFolder::Hold::byIdentity);
+        if (judged)
+            m_foldersAbove.insert((*judged)->lineage().begin(), (*judged)->lineage().end());
+        else if (judged.error().code != ENOENT && judged.error().code != ENOTDIR)
+            return Failure(judged.error());
+        return {};
+    }
+
+    std::set<FileIdentity> m_places;
+    std::set<FileIdentity> m_foldersAbove;
+    std::set<URL> m_foldersDone;
+};
 
 } // namespace
 
@@ -173,42 +219,38 @@ public:
         m_realRoots.insert(m_realRoots.end(), policy.allowedRoots.begin(),
                            policy.allowedRoots.end());
         for (const std::string& path : policy.neverTouchPrefixes)
-            addIdentities(m_neverTouched, URL(path));
+            add(m_neverTouched, URL(path));
         for (const URL& exclusion : policy.userExclusions)
-            addIdentities(m_neverTouched, exclusion);
-        addIdentities(m_containers, URL("/"));
+            add(m_neverTouched, exclusion);
+        add(m_containers, URL("/"));
         for (const std::string& path : policy.containers)
-            addIdentities(m_containers, URL(path));
-        for (const URL& root : policy.projectRoots)
-            addIdentities(m_projects, root);
+            add(m_containers, URL(path));
+        for (const URL& root : policy.allowedRoots)
+            add(m_containers, root);
+        if (!isProjectItem)
+            for (const URL& root : policy.projectRoots)
+                add(m_projects, root);
     }
 
     Result<ApprovedPath, PolicyViolation> of(const URL& given) {
         const URL url = given.standardized();
-        const auto refused = [&](PolicyViolation::Kind kind) {
-            return Failure(PolicyViolation{kind, url.path()});
-        };
+        const auto refused = [&](Kind kind) { return Failure(PolicyViolation{kind, url.path()}); };
         if (const auto kind = violationOfText(url))
             return refused(*kind);
-        const auto [position, isNew] = m_parents.try_emplace(url.deletingLastPathComponent());
-        Parent& parent = position->second;
-        if (isNew)
-            find(parent, position->first);
+        const Parent& parent = parentOf(url);
         if (parent.escapes)
-            return refused(PolicyViolation::Kind::symlinkEscapes);
-        if (isInUnselectedProject(url))
-            return refused(PolicyViolation::Kind::projectNotOptedIn);
+            return refused(Kind::symlinkEscapes);
+        if (!m_isProjectItem && isInsideAny(url, m_policy.projectRoots))
+            return refused(Kind::projectNotOptedIn);
+        if (parent.violation)
+            return refused(*parent.violation);
 
-        std::optional<FileIdentity> item;
-        if (parent.folder) {
-            const auto entry = (*parent.folder)->entry(url.lastPathComponent());
-            if (!entry)
-                return ApprovedPath(url, Failure(entry.error()), std::nullopt);
-            item = *entry;
-        }
-        if (const auto kind = violationOfPlace(parent, item))
+        const auto item = entryOf(parent, url.lastPathComponent());
+        if (!item)
+            return ApprovedPath(url, Failure(item.error()), std::nullopt);
+        if (const auto kind = item->has_value() ? violationOfItem(**item) : std::nullopt)
             return refused(*kind);
-        return ApprovedPath(url, parent.folder, item);
+        return ApprovedPath(url, parent.folder, *item);
     }
 
 private:
@@ -216,10 +258,16 @@ private:
 
     /// The folder of an item, or of several.
     struct Parent {
-        URL real;
         bool escapes = false;
+        /// By where it really lies, whatever its path says; and so of all that is in it.
+        std::optional<Kind> violation;
         Result<std::shared_ptr<const JudgedFolder>, SystemError> folder = nullptr;
     };
+
+    void add(Places& places, const URL& place) {
+        if (const auto added = places.add(place); !added)
+            m_obstacle = added.error();
+    }
 
     /// The rules about the path as it is written, in their order, up to that about links.
     std::optional<Kind> violationOfText(const URL& url) const {
@@ -234,52 +282,69 @@ private:
         if (hasProtectedComponent(url))
             return Kind::protectedName;
         // No file can have a name with such a byte, at which the system's calls would stop reading.
-        if (!isInsideAny(url, m_policy.allowedRoots) || path.find('\0') != std::string::npos)
+        if (!isInsideAnyRoot(url, m_policy.allowedRoots) || path.find('\0') != std::string::npos)
             return Kind::outsideAllowedRoots;
         return std::nullopt;
     }
 
-    void find(Parent& parent, const URL& folder) {
+    const Parent& parentOf(const URL& url) {
+        const auto [position, isNew] = m_parents.try_emplace(url.deletingLastPathComponent());
+        if (isNew)
+            find(position->second, position->first);
+        return position->second;
+    }
+
+    void find(Parent& parent, const URL& folder) const {
         const auto real = resolvedLinks(folder);
-        parent.escapes = !real || !isInsideAny(*real, m_realRoots);
+        parent.escapes = !real || !isInsideAnyRoot(*real, m_realRoots);
         if (parent.escapes)
             return;
-        parent.real = *real;
         const auto hold = m_parents.size() <= foldersHeldOpen ? JudgedFolder::Hold::open
                                                               : JudgedFolder::Hold::byIdentity;
         parent.folder = JudgedFolder::open(*real, hold);
+        parent.violation = violationOfFolder(*real, parent);
     }
 
-    bool isInUnselectedProject(const URL& url) const {
-        return !m_isProjectItem && isInsideAny(url, m_policy.projectRoots);
-    }
-
-    /// The same rules for where the item really lies, whatever its path says.
-    std::optional<Kind> violationOfPlace(const Parent& parent,
-                                         const std::optional<FileIdentity>& item) const {
-        if (hasProtectedComponent(parent.real))
+    std::optional<Kind> violationOfFolder(const URL& real, const Parent& parent) const {
+        if (hasProtectedComponent(real))
             return Kind::protectedName;
         if (!parent.folder)
-            return std::nullopt; // there is no such place
-        std::vector<FileIdentity> identities = (*parent.folder)->lineage();
-        if (item) {
-            if (m_containers.contains(*item))
-                return Kind::containerItself;
-            identities.push_back(*item);
-        }
-        if (holdsAny(m_neverTouched, identities))
+            return std::nullopt; // nothing can be done there
+        if (m_neverTouched.containsAny((*parent.folder)->lineage()))
             return Kind::protectedPath;
-        if (!m_isProjectItem && holdsAny(m_projects, identities))
+        if (m_projects.containsAny((*parent.folder)->lineage()))
             return Kind::projectNotOptedIn;
         return std::nullopt;
+    }
+
+    /// Of an item in a folder that may be touched: it must neither be nor hold what has to stay.
+    std::optional<Kind> violationOfItem(const FileIdentity& item) const {
+        if (m_containers.wouldLoseOne(item))
+            return Kind::containerItself;
+        if (m_neverTouched.wouldLoseOne(item))
+            return Kind::protectedPath;
+        if (m_projects.wouldLoseOne(item))
+            return Kind::projectNotOptedIn;
+        return std::nullopt;
+    }
+
+    /// What stands there now. Fails where nothing may be done because not all could be looked at.
+    Result<std::optional<FileIdentity>, SystemError> entryOf(const Parent& parent,
+                                                             const std::string& name) const {
+        if (m_obstacle)
+            return Failure(*m_obstacle);
+        if (!parent.folder)
+            return Failure(parent.folder.error());
+        return (*parent.folder)->entry(name);
     }
 
     const PathPolicy& m_policy;
     bool m_isProjectItem;
     std::vector<URL> m_realRoots; ///< and after them the roots as they are written
-    std::set<FileIdentity> m_neverTouched;
-    std::set<FileIdentity> m_containers;
-    std::set<FileIdentity> m_projects;
+    Places m_neverTouched;
+    Places m_containers;
+    Places m_projects; ///< none where they may be touched
+    std::optional<SystemError> m_obstacle;
     std::map<URL, Parent> m_parents;
 };
 

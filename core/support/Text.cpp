@@ -2,6 +2,7 @@
 
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
@@ -138,6 +139,16 @@ std::string removing(std::string_view part, std::string_view text) {
 std::string lowercased(std::string_view text) {
     std::string result;
     return fromUTF8(text).toLower(icu::Locale::getRoot()).toUTF8String(result);
+}
+
+std::string caseFolded(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const form = icu::Normalizer2::getNFKCCasefoldInstance(status);
+    std::string result;
+    // What only a broken installation lacks is done without.
+    if (U_FAILURE(status))
+        return lowercased(text);
+    return form->normalize(fromUTF8(text), status).toUTF8String(result);
 }
 
 std::string lowercasedASCII(std::string_view text) {

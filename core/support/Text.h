@@ -34,6 +34,11 @@ std::string removing(std::string_view part, std::string_view text);
 /// All letters in lower case, by the rules of no particular language; invalid UTF-8 is replaced.
 std::string lowercased(std::string_view text);
 
+/// In a form in which names are equal that a file system may take for the same: case, composition,
+/// compatible forms of a character and invisible characters make no difference (NFKC_Casefold of
+/// the Unicode standard). Invalid UTF-8 is replaced.
+std::string caseFolded(std::string_view text);
+
 /// ASCII letters in lower case; all other bytes as they are.
 std::string lowercasedASCII(std::string_view text);
 

@@ -53,12 +53,25 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput) {
                                                       {"scan", "--help"},
                                                       {"rules", "--help"},
                                                       {"projects", "--help"},
-                                                      {"explain", "--help"}}) {
+                                                      {"explain", "--help"},
+                                                      {"clean", "--help"},
+                                                      {"check", "--help"}}) {
         const ProcessOutput help = runProgram(home.url(), arguments);
         EXPECT_THAT(help.output, HasSubstr("Usage: tidewright"));
         EXPECT_EQ(help.errorOutput, "");
         EXPECT_EQ(help.exitCode, 0);
     }
+}
+
+TEST(CommandLine, HelpListsEveryCommand) {
+    const TempHome home;
+    const std::string help = runProgram(home.url(), {"--help"}).output;
+    for (const char* command : {"scan", "explain", "clean", "check", "projects", "rules"})
+        EXPECT_THAT(help, HasSubstr(std::string("\n  ") + command + " "));
+    const std::string cleanHelp = runProgram(home.url(), {"clean", "--help"}).output;
+    for (const char* option : {"--recommended", "--id ID", "--dry-run", "--yes", "--json",
+                               "--root DIR", "--exclude DIR"})
+        EXPECT_THAT(cleanHelp, HasSubstr(option));
 }
 
 } // namespace

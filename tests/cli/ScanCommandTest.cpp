@@ -150,7 +150,8 @@ TEST(ScanCommand, FitsTheTerminalAndShowsProgressThere) {
 TEST(ScanCommand, CtrlCStopsTheScanWithStatus130) {
     const TempHome home;
     home.tool(std::string(toolFolder) + "xcrun", "exec sleep 60");
-    const auto run = runProgramInTerminal(home.url(), {"scan"}, 80, "Finding your projects", 1);
+    const auto run =
+        runProgramInTerminal(home.url(), {"scan"}, 80, {{"Finding your projects", test::ctrlC}});
     EXPECT_EQ(run.exitCode, 130);
     EXPECT_THAT(run.output, HasSubstr("The scan was stopped. Nothing was changed."));
 }
@@ -161,7 +162,9 @@ TEST(ScanCommand, ASecondCtrlCEndsAtOnce) {
     home.tool(std::string(toolFolder) + "xcrun",
               fmt::format("trap '' TERM; while [ -e '{}' ]; do sleep 0.1; done",
                           home.file("running").path()));
-    const auto run = runProgramInTerminal(home.url(), {"scan"}, 80, "Finding your projects", 2);
+    const auto run = runProgramInTerminal(
+        home.url(), {"scan"}, 80,
+        {{"Finding your projects", test::ctrlC}, {"Finding your projects", test::ctrlC}});
     std::filesystem::remove(home.path("running").path());
     EXPECT_EQ(run.exitCode, 130);
     EXPECT_THAT(run.output, Not(HasSubstr("The scan was stopped.")));

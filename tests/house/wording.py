@@ -2,7 +2,8 @@
 """Checks the text of every file: that it speaks of this project alone, and is cleanly written.
 
 Paths of somebody's machine, numbers of a tracker and notes to oneself mean nothing to a reader of
-the repository. Fixtures are held to the paths alone: they stay as they came.
+the repository. Fixtures, and what fuzzers begin with, are held to the paths alone: they stay as
+they came.
 """
 
 import re
@@ -30,7 +31,7 @@ IN_SOURCES = [
     (r"\t", "has a tab"),
 ]
 
-FIXTURES = "tests/fixtures"
+FIXTURES = ["tests/fixtures", "fuzz/corpus"]
 CODE = {".h", ".cpp", ".mm"}
 SOURCES = CODE | {".qml", ".py", ".cmake", ".sh", ".json", ".yml", ".md"}
 
@@ -39,9 +40,13 @@ def is_source(path, text):
     return path.suffix in SOURCES or path.name == "CMakeLists.txt" or text.startswith("#!")
 
 
+def is_fixture(path):
+    return any(is_inside(str(path), folder) for folder in FIXTURES)
+
+
 def rules_for(path, text):
     rules = list(ANYWHERE)
-    if is_inside(str(path), FIXTURES):
+    if is_fixture(path):
         return rules
     rules += OUTSIDE_FIXTURES
     if path.suffix not in CODE:
@@ -61,7 +66,7 @@ def findings(root):
             for pattern, sentence in rules:
                 if pattern.search(line):
                     yield f"{path}:{number}: {sentence}"
-        if text and not text.endswith("\n") and not is_inside(str(path), FIXTURES):
+        if text and not text.endswith("\n") and not is_fixture(path):
             yield f"{path}: does not end in a new line"
 
 

@@ -45,6 +45,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 
 Environment environmentOf(const URL& home) {
     Environment environment{{"HOME", home.path()},
+                            {"TMPDIR", home.appending(".tmp").path()},
                             {"PATH", "/usr/bin:/bin"},
                             {"TERM", "xterm-256color"},
                             {"LC_ALL", "C.UTF-8"}};
@@ -66,8 +67,7 @@ ProcessOutput runProgram(const URL& home, std::vector<std::string> arguments, co
 TerminalRun runProgramInTerminal(const URL& home,
                                  const std::vector<std::string>& arguments,
                                  unsigned short columns,
-                                 const std::string& interruptAfter,
-                                 int interrupts) {
+                                 const std::vector<Typing>& typings) {
     winsize size = {};
     size.ws_col = columns;
     size.ws_row = 40;
@@ -77,12 +77,15 @@ TerminalRun runProgramInTerminal(const URL& home,
         replaceWithProgram(home, arguments);
     TerminalRun run;
     std::array<char, 4096> buffer{};
+    auto next = typings.begin();
     for (ssize_t count = 0; (count = read(terminal, buffer.data(), buffer.size())) > 0;) {
         run.output.append(buffer.data(), static_cast<std::size_t>(count));
-        while (interrupts > 0 && run.output.find(interruptAfter) != std::string::npos) {
-            --interrupts;
+        while (next != typings.end() && run.output.find(next->after) != std::string::npos) {
             std::this_thread::sleep_for(200ms);
-            EXPECT_EQ(write(terminal, "\x03", 1), 1);
+            EXPECT_EQ(write(terminal, next->keys.data(), next->keys.size()),
+                      static_cast<ssize_t>(next->keys.size()));
+            next->then();
+            ++next;
         }
     }
     close(terminal);

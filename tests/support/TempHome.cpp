@@ -65,6 +65,15 @@ std::string describe(const fs::path& path) {
     return line;
 }
 
+/// The folder and all that is below it, sorted.
+std::vector<fs::path> everythingIn(const URL& folder) {
+    std::vector<fs::path> paths{folder.path()};
+    for (const auto& entry : fs::recursive_directory_iterator(folder.path()))
+        paths.push_back(entry.path());
+    std::ranges::sort(paths);
+    return paths;
+}
+
 /// An ordinary user's folder that was closed is opened to its owner first.
 FileDescriptor openFolder(int parent, const char* name) {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
@@ -195,17 +204,18 @@ void TempHome::setMode(std::string_view relativePath, unsigned mode) const {
 }
 
 std::string TempHome::snapshot() const {
-    std::vector<fs::path> paths{m_url.path()};
-    for (const auto& entry : fs::recursive_directory_iterator(m_url.path()))
-        paths.push_back(entry.path());
-    std::ranges::sort(paths);
     // Times first, contents last: reading is what changes an access time.
-    std::string result;
-    for (const fs::path& path : paths)
-        result += describe(path) + "\n";
-    for (const fs::path& path : paths)
+    std::string result = outline();
+    for (const fs::path& path : everythingIn(m_url))
         if (fs::is_regular_file(fs::symlink_status(path)))
             result += path.string() + ": " + contentsOf(path) + "\n";
+    return result;
+}
+
+std::string TempHome::outline() const {
+    std::string result;
+    for (const fs::path& path : everythingIn(m_url))
+        result += describe(path) + "\n";
     return result;
 }
 

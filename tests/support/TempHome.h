@@ -40,6 +40,8 @@ public:
 
     /// Everything under the folder, one line an entry: path, kind, mode, size, times, contents.
     std::string snapshot() const;
+    /// The same without contents: quick however large the files are. A write is seen in the times.
+    std::string outline() const;
 
 private:
     URL m_url;

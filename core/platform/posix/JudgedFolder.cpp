@@ -1,9 +1,10 @@
 #include "core/platform/JudgedFolder.h"
 
+#include "core/platform/posix/FileIdentity.h"
 #include "core/platform/posix/FolderOpening.h"
+#include "core/support/Text.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
@@ -11,12 +12,11 @@ namespace tidewright {
 
 namespace {
 
-FileIdentity identityOf(const struct stat& status) {
-    return {static_cast<std::uint64_t>(status.st_dev), status.st_ino};
-}
-
-/// The identities from a folder up to the root; absent when they can't be told.
-std::optional<std::vector<FileIdentity>> lineageOf(const FileDescriptor& folder) {
+/// The identities from a folder up to the root; absent when they can't be told. The root is above
+/// itself; but a folder that is mounted on one of its own has above it what looks the same, too.
+/// So as many steps are made as the path has components before anything is taken for the root.
+std::optional<std::vector<FileIdentity>> lineageOf(const FileDescriptor& folder,
+                                                   std::size_t components) {
     std::vector<FileIdentity> lineage;
     struct stat status = {};
     if (fstat(folder.get(), &status) != 0)
@@ -24,7 +24,7 @@ std::optional<std::vector<FileIdentity>> lineageOf(const FileDescriptor& folder)
     lineage.push_back(identityOf(status));
     FileDescriptor above = openFolderHandle(folder.get(), "..");
     while (above && fstat(above.get(), &status) == 0) {
-        if (identityOf(status) == lineage.back()) // the root is above itself
+        if (lineage.size() > components && identityOf(status) == lineage.back())
             return lineage;
         lineage.push_back(identityOf(status));
         above = openFolderHandle(above.get(), "..");
@@ -39,7 +39,7 @@ Result<std::shared_ptr<const JudgedFolder>, SystemError> JudgedFolder::open(cons
     FileDescriptor folder = openFolderWithoutLinks(path.path());
     if (!folder)
         return Failure(SystemError{errno, "open", path.path()});
-    auto lineage = lineageOf(folder);
+    auto lineage = lineageOf(folder, splitDroppingEmpty(path.path(), '/').size());
     if (!lineage)
         return Failure(SystemError{errno, "look at the folders above", path.path()});
     const std::shared_ptr<JudgedFolder> judged(new JudgedFolder);

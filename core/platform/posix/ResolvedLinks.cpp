@@ -35,7 +35,7 @@ public:
             else if (error != 0)
                 return Failure(SystemError{error, "find out where a link leads in", m_path});
         }
-        return m_done;
+        return URL(m_done).standardized();
     }
 
 private:
@@ -55,7 +55,7 @@ private:
         if (component == ".")
             return 0;
         if (component == "..") {
-            m_done = m_done.deletingLastPathComponent();
+            m_done.resize(m_done.empty() ? 0 : m_done.rfind('/'));
             m_folder = openFolderHandle(m_folder.get(), "..");
             return m_folder ? 0 : errno;
         }
@@ -72,7 +72,7 @@ private:
         if (!next)
             return errno;
         m_folder = std::move(next);
-        m_done = m_done.appending(component);
+        m_done.append("/").append(component);
         return 0;
     }
 
@@ -80,7 +80,7 @@ private:
         if (++m_links > mostLinks)
             return ELOOP;
         if (target.starts_with('/')) {
-            m_done = URL("/");
+            m_done.clear();
             m_folder = openFolderHandle(AT_FDCWD, "/");
         }
         prepend(target);
@@ -88,14 +88,14 @@ private:
     }
 
     URL asText(const std::string& component) const {
-        URL url = m_done.appending(component);
+        std::string path = m_done + "/" + component;
         for (const std::string& each : m_ahead)
-            url = url.appending(each);
-        return url.standardized();
+            path.append("/").append(each);
+        return URL(std::move(path)).standardized();
     }
 
     std::string m_path;
-    URL m_done{"/"};
+    std::string m_done;      ///< empty for the root
     FileDescriptor m_folder; ///< the one at `m_done`
     std::deque<std::string> m_ahead;
     int m_links = 0;

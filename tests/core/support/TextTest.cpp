@@ -195,6 +195,16 @@ TEST(Text, LowercasedASCIILeavesOtherLettersAlone) {
     EXPECT_EQ(lowercasedASCII(""), "");
 }
 
+TEST(Text, NamesThatAFileSystemMayTakeForTheSameFoldAlike) {
+    for (const char* name :
+         {"KEYS", "keys", "\u212Aeys", "key\u017F", "k\u200Cey\u00ADs", "\uFF4B\uFF45\uFF59\uFF53"})
+        EXPECT_EQ(caseFolded(name), "keys") << name;
+    EXPECT_EQ(caseFolded("CLE\u0301"), caseFolded("cl\u00E9"));
+    EXPECT_NE(caseFolded("key"), caseFolded("keys"));
+    EXPECT_EQ(caseFolded(".Env\xFF"), ".env\uFFFD");
+    EXPECT_EQ(caseFolded(""), "");
+}
+
 TEST(Text, MajorVersionIsTheFirstNumber) {
     struct Case {
         const char* version;

@@ -1,0 +1,27 @@
+#include "tests/support/Approval.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+namespace tidewright::test {
+
+ApprovedPath approvedPath(const TempHome& home, const URL& item) {
+    return approvedPaths(home, {item}).front();
+}
+
+std::vector<ApprovedPath> approvedPaths(const TempHome& home, const std::vector<URL>& items) {
+    auto approved = PathPolicy(home.url(), home.path("temporary"), {}, {}).validate(items, false);
+    EXPECT_TRUE(approved) << approved.error().errorDescription();
+    return std::move(approved.value());
+}
+
+std::string outcome(const Result<void, FileActionError>& result) {
+    if (result)
+        return "done";
+    constexpr std::array kinds{"system", "replaced", "mounted", "stillThere"};
+    const FileActionError& error = result.error();
+    return fmt::format("{} {} ({})", kinds.at(static_cast<std::size_t>(error.kind)),
+                       error.cause.path, error.cause.reason());
+}
+
+} // namespace tidewright::test
