@@ -26,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr int rounds = 7;
+constexpr int rounds = 5;
 constexpr int filesInTree = 66'667;
 constexpr int filesInFolder = 8;
 constexpr int foldersInPackage = 12;
@@ -163,8 +163,8 @@ void measure() {
             home.makeItems();
             const Cost cost = isOurs ? costOfOurs(home) : costOfRm(home);
             (isOurs ? ours : peer).push_back(cost);
-            fmt::print("{:6} {:.3f} s, {:.1f} MB\n", isOurs ? "ours" : "rm -rf", cost.seconds,
-                       cost.megabytes);
+            fmt::print(stderr, "{:6} {:.3f} s, {:.1f} MB\n", isOurs ? "ours" : "rm -rf",
+                       cost.seconds, cost.megabytes);
         }
     }
     const double oursSeconds = median(ours, [](const Cost& cost) { return cost.seconds; });

@@ -14,6 +14,10 @@ struct AppUsage {
     std::optional<Date> addedOn;
     Int64 sizeBytes = 0;
 
+    /// Whole days since the last use, or since it was added where no use is known; absent where
+    /// neither is.
+    std::optional<int> idleDays(Date now) const;
+
     bool operator==(const AppUsage&) const = default;
     static constexpr auto fields() {
         return std::tuple{field("url", &AppUsage::url),

@@ -1,6 +1,7 @@
 // Installed applications.
 #pragma once
 
+#include "core/support/Date.h"
 #include "core/support/URL.h"
 
 #include <optional>
@@ -17,5 +18,17 @@ struct InstalledApplication {
 /// applications count besides those of all users.
 std::optional<InstalledApplication> applicationWithBundleIdentifier(const std::string& identifier,
                                                                     const URL& home);
+
+/// What the system knows of one application.
+struct ApplicationFacts {
+    std::string displayName; ///< as the system shows it; may end in ".app"
+    std::optional<std::string> bundleIdentifier;
+    std::optional<Date> lastUsed; ///< never on Linux, which does not keep it
+    std::optional<Date> addedOn;  ///< when it came into its folder; on Linux its birth time
+};
+
+/// Reads what can be read of a bundle, or of whatever has the name of one; what is not known is
+/// absent. A link's dates are its own. Any thread.
+ApplicationFacts applicationFacts(const URL& bundle);
 
 } // namespace tidewright

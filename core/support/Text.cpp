@@ -3,6 +3,7 @@
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
+#include <unicode/stringoptions.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
@@ -149,6 +150,12 @@ std::string caseFolded(std::string_view text) {
     if (U_FAILURE(status))
         return lowercased(text);
     return form->normalize(fromUTF8(text), status).toUTF8String(result);
+}
+
+std::string capitalized(std::string_view text) {
+    icu::BreakIterator* const betweenWords = nullptr; // that is what null stands for
+    return utf8(
+        fromUTF8(text).toTitle(betweenWords, icu::Locale::getRoot(), U_TITLECASE_ADJUST_TO_CASED));
 }
 
 std::string lowercasedASCII(std::string_view text) {

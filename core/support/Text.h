@@ -39,6 +39,10 @@ std::string lowercased(std::string_view text);
 /// the Unicode standard). Invalid UTF-8 is replaced.
 std::string caseFolded(std::string_view text);
 
+/// The first letter of each word in upper case and all others in lower case ("2nd don't" becomes
+/// "2Nd Don't"), by the rules of no particular language; invalid UTF-8 is replaced.
+std::string capitalized(std::string_view text);
+
 /// ASCII letters in lower case; all other bytes as they are.
 std::string lowercasedASCII(std::string_view text);
 

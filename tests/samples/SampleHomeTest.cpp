@@ -9,6 +9,7 @@
 #include "core/support/CalendarDays.h"
 #include "core/support/Json.h"
 #include "core/support/Text.h"
+#include "samples/HomeContents.h"
 #include "tests/support/TempHome.h"
 
 #include <fmt/format.h>
@@ -104,6 +105,7 @@ ScanSettings settings() {
     settings.dormantProjectDays = 60;
     settings.unusedAppDays = 90;
     settings.oldDownloadDays = 30;
+    settings.largeTrashThreshold = 5 * gigabyte;
     return settings;
 }
 
@@ -264,6 +266,32 @@ TEST_F(SampleHomeTest, TakesLessThan2GBWithALargeFileInIt) {
     ASSERT_EQ(report.largeFiles.size(), 1U);
     EXPECT_EQ(report.largeFiles.front().url,
               m_home.appending("Movies/Talk at the harbour conference.mov"));
+}
+
+TEST_F(SampleHomeTest, ItsApplicationsAreListed) {
+    build();
+    std::map<std::string, std::string> found;
+    for (const AppUsage& app : scanned().apps) {
+        if (!app.url.isInside(m_home))
+            continue; // of all users of this machine
+        found[app.name] = app.bundleIdentifier.value_or("none");
+        EXPECT_GT(app.sizeBytes, 100'000) << app.name;
+    }
+    std::map<std::string, std::string> expected;
+    for (const HomeContents::Application& app : HomeContents::applications())
+        expected.emplace(app.name, app.identifier);
+    EXPECT_EQ(found, expected);
+}
+
+TEST_F(SampleHomeTest, WhatMattersIsSaid) {
+    build();
+    std::map<std::string, std::string> titles;
+    for (const Insight& insight : scanned().insights)
+        titles[insight.id] = insight.title;
+    EXPECT_THAT(titles, testing::IsSupersetOf({std::pair<const std::string, std::string>{
+                                                   "healthy", "Your Mac is in good shape"},
+                                               {"system.snapshots", "4 Local Snapshots"},
+                                               {"files.large", "A file larger than 1 GB"}}));
 }
 
 TEST_F(SampleHomeTest, ThingsAreAsOldAsToldAndFoldersAsTheNewestThingInThem) {

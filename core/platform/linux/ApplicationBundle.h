@@ -14,4 +14,12 @@ URL bundleInformation(const URL& bundle);
 /// What a bundle's facts say that its identifier is.
 std::optional<std::string> bundleIdentifier(const URL& bundle);
 
+struct BundleFacts {
+    std::optional<std::string> identifier;
+    std::optional<std::string> name; ///< for people; not empty
+};
+
+/// What a bundle says of itself, in one reading.
+BundleFacts bundleFacts(const URL& bundle);
+
 } // namespace tidewright

@@ -253,7 +253,7 @@ TEST_F(CleanerTest, OneForbiddenLocationSavesAll) {
     home.file("app/.git/config", "x");
     home.file("work/app/node_modules/x", "x");
     home.file("excluded/x", "x");
-    const std::string before = home.snapshot();
+    const std::string before = home.outline();
     const auto path = [&](const char* relative) { return home.path(relative).path(); };
     for (const CleanMethod& method : {CleanMethod::remove(), CleanMethod::trash()}) {
         EXPECT_EQ(executed(item("Git", method, {"cache/a", "app/.git"})),
@@ -265,7 +265,7 @@ TEST_F(CleanerTest, OneForbiddenLocationSavesAll) {
         EXPECT_EQ(executed(item("Excluded", method, {"cache/a", "excluded/x"})),
                   "skipped: " + path("excluded/x") + " is on the never-touch list.");
     }
-    EXPECT_EQ(home.snapshot(), before);
+    EXPECT_EQ(home.outline(), before);
     ScanItem project = removed("Project", {"work/app/node_modules"});
     project.isProjectItem = true;
     EXPECT_EQ(executed(project), "cleaned");
@@ -334,6 +334,7 @@ TEST_F(CleanerFallbackTest, AToolThatIsThereAndFailsIsNoReasonToRemove) {
 TEST_F(CleanerTest, AReadOnlyTreeGoesAtTheSecondAttempt) {
     home.file("cache/modules/a/1", "x");
     home.file("cache/modules/b/2", "x");
+    home.setMode(".", 0755);
     for (const char* file : {"cache/modules/a/1", "cache/modules/b/2"})
         home.setMode(file, 0444);
     for (const char* folder : {"cache/modules/a", "cache/modules/b", "cache/modules"})

@@ -189,6 +189,30 @@ TEST(Text, LastCharactersAreThoseThatAPersonCounts) {
     EXPECT_EQ(lastCharacters("a\xFF", 1), "\uFFFD");
 }
 
+TEST(Text, CapitalizedRaisesTheFirstLetterOfEachWordAndLowersTheRest) {
+    struct Case {
+        std::string_view text;
+        std::string_view expected;
+    };
+    constexpr Case cases[] = {
+        {"", ""},
+        {"3 local snapshots", "3 Local Snapshots"},
+        {"1 LOCAL sNAPSHOT", "1 Local Snapshot"},
+        {"  two  blanks ", "  Two  Blanks "},
+        {"a-b/c", "A-B/C"},
+        {"don't", "Don't"},
+        {"2nd", "2Nd"},
+        {"élan ÉTÉ", "Élan Été"},
+        {"ǆ", "ǅ"},
+        {"straße", "Straße"},
+        {"i", "I"},
+        {"漢字", "漢字"},
+        {"caf\xE9", "Caf\uFFFD"},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(capitalized(each.text), each.expected) << each.text;
+}
+
 TEST(Text, LowercasedASCIILeavesOtherLettersAlone) {
     EXPECT_EQ(lowercasedASCII("AZaz09_[@`{"), "azaz09_[@`{");
     EXPECT_EQ(lowercasedASCII("ÄÉ\xC0\xFF"), "ÄÉ\xC0\xFF");

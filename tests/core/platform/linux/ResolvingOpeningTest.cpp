@@ -1,9 +1,9 @@
 #include "core/platform/linux/ResolvingOpening.h"
 
 #include "core/platform/Removal.h"
-#include "tests/support/Approval.h"
 #include "tests/support/ForkedAnswer.h"
 #include "tests/support/MountNamespace.h"
+#include "tests/support/Removing.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "core/platform/posix/FolderChain.h"
 
 #include "core/platform/Removal.h"
-#include "tests/support/Approval.h"
 #include "tests/support/CallHooks.h"
 #include "tests/support/ForkedAnswer.h"
+#include "tests/support/Removing.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/Unprivileged.h"
 

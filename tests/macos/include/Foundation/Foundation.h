@@ -73,6 +73,11 @@ FOUNDATION_EXPORT NSURLResourceKey const NSURLVolumeTotalCapacityKey;
                     error:(NSError* _Nullable* _Nullable)error;
 @end
 
+@interface NSBundle : NSObject
+@property (nullable, readonly, copy) NSString* bundleIdentifier;
+- (nullable instancetype)initWithURL:(NSURL*)url;
+@end
+
 @interface NSFileManager : NSObject
 @property (class, readonly, strong) NSFileManager* defaultManager;
 - (NSString*)displayNameAtPath:(NSString*)path;

@@ -1,7 +1,11 @@
-#include "tests/support/Approval.h"
+#include "tests/support/Removing.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
 
 namespace tidewright::test {
 
@@ -22,6 +26,15 @@ std::string outcome(const Result<void, FileActionError>& result) {
     const FileActionError& error = result.error();
     return fmt::format("{} {} ({})", kinds.at(static_cast<std::size_t>(error.kind)),
                        error.cause.path, error.cause.reason());
+}
+
+std::string namesUnder(const URL& folder) {
+    namespace fs = std::filesystem;
+    std::vector<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(folder.path()))
+        names.push_back(entry.path().lexically_relative(folder.path()).string());
+    std::ranges::sort(names);
+    return fmt::format("{}", fmt::join(names, " "));
 }
 
 } // namespace tidewright::test

@@ -1,4 +1,4 @@
-// Permission to remove what a test made.
+// What tests of removal need: leave to remove what they made, and how it ended in words.
 #pragma once
 
 #include "core/cleaning/PathPolicy.h"
@@ -13,5 +13,8 @@ std::vector<ApprovedPath> approvedPaths(const TempHome& home, const std::vector<
 
 /// In words: "done", or "mounted /path (Device or resource busy)".
 std::string outcome(const Result<void, FileActionError>& result);
+
+/// What is under a folder, in order, with a space between two.
+std::string namesUnder(const URL& folder);
 
 } // namespace tidewright::test
