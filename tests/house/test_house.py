@@ -9,6 +9,7 @@ import unittest
 import include_table
 import one_stem
 import rules
+import safety
 import wording
 
 
@@ -227,6 +228,27 @@ class WordingTest(CheckTest):
             (root / "out/A.h").write_text("int a; \n")
             (root / "B.h").write_text("int b; \n")
             self.assertEqual(len(wording.check(root)), 1)
+
+
+class SafetyTest(CheckTest):
+    tree = {
+        "docs/SAFETY.md": "Nothing goes: `ATest.Stays`, `BTest.Stays`,\n`CTest.Each`, `fuzz.paths`\n",
+        "tests/core/ATest.cpp": "TEST(ATest, Stays) {}\nTEST_F(BTest,\n       Stays) {}\n",
+        "tests/core/CTest.cpp": "TEST_P(CTest, Each) {}\n",
+        "fuzz/CMakeLists.txt": "add_fuzz_target(paths PathsFuzz.cpp)\n",
+    }
+
+    def test_all_are_there(self):
+        self.assert_passes(safety.check, self.tree)
+
+    def test_one_is_missing(self):
+        for missing in ("tests/core/CTest.cpp", "fuzz/CMakeLists.txt"):
+            tree = {path: text for path, text in self.tree.items() if path != missing}
+            self.assert_finds(safety.check, tree, "docs/SAFETY.md:2: there is no test ")
+
+    def test_named_elsewhere(self):
+        tree = self.tree | {"tests/core/ATest.cpp": "// TEST ATest.Stays is gone\n"}
+        self.assert_finds(safety.check, tree, "docs/SAFETY.md:1: ", "docs/SAFETY.md:1: ")
 
 
 class RulesTest(CheckTest):
