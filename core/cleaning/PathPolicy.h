@@ -56,10 +56,10 @@ struct EnumCases<PolicyViolation::Kind> {
 /// mount, is recognised by its device and inode. That can only refuse more.
 class PathPolicy {
 public:
-    PathPolicy(const URL& home,
+    PathPolicy(const URL& homeFolder,
                const URL& temporaryDirectory,
-               const std::vector<URL>& projectRoots,
-               const std::vector<URL>& userExclusions);
+               const std::vector<URL>& projects,
+               const std::vector<URL>& exclusions);
 
     const URL home;
     /// The only folders inside which anything may be touched.

@@ -192,7 +192,8 @@ private:
     }
 
     void passOver(const char* name, int error) {
-        report(error, "remove", m_chain.path(name));
+        if (!m_error)
+            report(error, "remove", m_chain.path(name));
         keep();
     }
 

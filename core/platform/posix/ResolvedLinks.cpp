@@ -59,7 +59,7 @@ private:
             m_folder = openFolderHandle(m_folder.get(), "..");
             return m_folder ? 0 : errno;
         }
-        std::array<char, PATH_MAX> target;
+        std::array<char, PATH_MAX> target; // NOLINT: filled by readlinkat
         const ssize_t length =
             readlinkat(m_folder.get(), component.c_str(), target.data(), target.size());
         if (length >= 0)
