@@ -1,5 +1,7 @@
 #include "core/model/Coding.h"
 
+#include "core/support/PercentEncoding.h"
+
 #include <cmath>
 
 namespace tidewright::coding {
@@ -13,58 +15,16 @@ constexpr std::string_view fileScheme = "file://";
 // Cocoa's reference date.
 constexpr Date start2001 = sys_days{2001y / January / 1};
 
-// What RFC 3986 allows unescaped in a path: unreserved, sub-delims, ":", "@", and the separator.
-bool staysInPath(unsigned char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("-._~!$&'()*+,=:@/").find(static_cast<char>(c)) !=
-               std::string_view::npos;
-}
-
-std::string percentEncoded(std::string_view path) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    for (const char each : path) {
-        const auto byte = static_cast<unsigned char>(each);
-        if (staysInPath(byte)) {
-            result += each;
-        } else {
-            result += '%';
-            result += digits[byte >> 4U];
-            result += digits[byte & 15U];
-        }
-    }
-    return result;
-}
-
-int digitValue(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
-
-std::string percentDecoded(std::string_view text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const int high = i + 2 < text.size() && text[i] == '%' ? digitValue(text[i + 1]) : -1;
-        const int low = high >= 0 ? digitValue(text[i + 2]) : -1;
-        if (low < 0) {
-            result += text[i];
-            continue;
-        }
-        result += static_cast<char>(high * 16 + low);
-        i += 2;
-    }
-    return result;
-}
+// What RFC 3986 allows in a path besides the unreserved characters: sub-delims, ":", "@", and the
+// separator.
+constexpr std::string_view keptInPaths = "!$&'()*+,=:@/";
 
 } // namespace
 
 Json encodeLocation(const URL& url, CodingStyle style) {
     if (style.locations == CodingStyle::Locations::plainPath)
         return url.path();
-    return std::string(fileScheme) + percentEncoded(url.path());
+    return std::string(fileScheme) + percentEncoded(url.path(), keptInPaths);
 }
 
 Json encodeDate(Date date, CodingStyle style) {

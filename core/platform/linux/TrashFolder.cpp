@@ -3,6 +3,7 @@
 #include "core/platform/SystemLog.h"
 #include "core/platform/TreeSize.h"
 #include "core/support/LocalTime.h"
+#include "core/support/PercentEncoding.h"
 #include "core/support/Text.h"
 
 #include <fmt/format.h>
@@ -19,7 +20,6 @@
 #include <cstdio>
 #include <ctime>
 #include <mutex>
-#include <optional>
 #include <set>
 #include <string_view>
 
@@ -79,22 +79,8 @@ int reasonAgainst(const URL& folder) {
     return errno == ENOTDIR || errno == ELOOP ? notTrusted(folder) : errno;
 }
 
-bool isUnreserved(char byte) {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-           (byte >= '0' && byte <= '9') || std::string_view("-._~").find(byte) != std::string::npos;
-}
-
-/// By RFC 3986, with slashes as they are.
-std::string percentEncoded(std::string_view bytes) {
-    std::string result;
-    for (const char byte : bytes) {
-        if (isUnreserved(byte) || byte == '/')
-            result += byte;
-        else
-            result += fmt::format("%{:02X}", static_cast<unsigned char>(byte));
-    }
-    return result;
-}
+/// With slashes as they are.
+std::string encoded(std::string_view path) { return percentEncoded(path, "/"); }
 
 /// The first `bytes` bytes of a name at most, with no character of UTF-8 cut in two.
 std::string shortened(const std::string& name, std::size_t bytes) {
@@ -179,28 +165,6 @@ std::string_view encodedName(std::string_view line) {
     return second == std::string_view::npos ? "" : line.substr(second + 1);
 }
 
-std::optional<unsigned> hexDigit(char digit) {
-    const std::size_t value = std::string_view("0123456789ABCDEF0123456789abcdef").find(digit);
-    if (value == std::string_view::npos)
-        return std::nullopt;
-    return static_cast<unsigned>(value % 16);
-}
-
-std::string percentDecoded(std::string_view text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto high = i + 2 < text.size() ? hexDigit(text[i + 1]) : std::nullopt;
-        const auto low = high ? hexDigit(text[i + 2]) : std::nullopt;
-        if (text[i] != '%' || !low) {
-            result += text[i];
-            continue;
-        }
-        result += static_cast<char>(*high * 16 + *low);
-        i += 2;
-    }
-    return result;
-}
-
 } // namespace
 
 struct TrashFolder::InfoFile {
@@ -275,9 +239,8 @@ Result<void, int> TrashFolder::take(const TrashableItem& item,
     if (status.st_dev == info.st_dev && status.st_ino == info.st_ino)
         return Failure(EINVAL); // it would take its own info file along
 
-    const std::string text =
-        fmt::format("[Trash Info]\nPath={}\nDeletionDate={}\n", percentEncoded(originalPath),
-                    localTimeText(currentDate()));
+    const std::string text = fmt::format("[Trash Info]\nPath={}\nDeletionDate={}\n",
+                                         encoded(originalPath), localTimeText(currentDate()));
     for (int copy = 1;; ++copy) {
         const std::string name = nameOfCopy(item.name, copy, m_longestName);
         const auto infoFile = makeInfoFile(name, text);
@@ -339,7 +302,7 @@ void TrashFolder::noteSize(const std::string& name, const InfoFile& info) const 
     SeenInodes seen;
     const URL moved(fmt::format("/proc/self/fd/{}/{}", m_files.get(), name));
     const Int64 bytes = allocatedTreeSize(moved, seen, CancelToken());
-    const std::string encoded = percentEncoded(name);
+    const std::string ownEntry = encoded(name);
 
     // Of two processes at once, one may lose the other's line; that is what a cache bears.
     static std::mutex mutex;
@@ -349,10 +312,10 @@ void TrashFolder::noteSize(const std::string& name, const InfoFile& info) const 
         openat(m_folder.get(), sizesFile, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     for (const std::string& line : nonEmptyLines(contentsOf(before))) {
         const std::string_view entry = encodedName(line);
-        if (!entry.empty() && entry != encoded && stands(m_files.get(), percentDecoded(entry)))
+        if (!entry.empty() && entry != ownEntry && stands(m_files.get(), percentDecoded(entry)))
             lines += line + "\n";
     }
-    lines += fmt::format("{} {} {}\n", bytes, info.modified, encoded);
+    lines += fmt::format("{} {} {}\n", bytes, info.modified, ownEntry);
 
     // While the info file exists, its inode is nobody else's.
     const std::string temporary = fmt::format("{}.{}", sizesFile, info.inode);
