@@ -169,12 +169,6 @@ private:
     std::string m_text;
 };
 
-std::string_view wordFor(const CleanOutcome::Status& status) {
-    constexpr std::array<std::string_view, CleanOutcome::Status::cases.size()> words{
-        "skipped", "failed", "cleaned", "trashed"};
-    return words.at(status.choice.index());
-}
-
 Ink inkOf(const CleanOutcome::Status& status) {
     return status.isSuccess() ? Ink::green : Ink::yellow;
 }
@@ -273,7 +267,7 @@ std::string outcomeLine(const CleanOutcome& outcome,
                         const std::vector<ScanItem>& items,
                         const Terminal& terminal) {
     const std::size_t columns = sizeColumns(items);
-    return terminal.inked(inkOf(outcome.status), padded(wordFor(outcome.status), outcomeColumns)) +
+    return terminal.inked(inkOf(outcome.status), padded(outcome.status.word(), outcomeColumns)) +
            std::string(gap) + rightAligned(formattedBytes(outcome.bytes), columns) +
            std::string(gap) +
            titleLine(outcome.itemID, outcome.title, items,

@@ -37,9 +37,9 @@ constexpr const char* files[] = {
     "home/Documents/.env.local",
     "home/.cache/a/excluded/b",
     "home/.cache/b",
-    "home/work/app/build/a",
-    "home/work/app/.git/config",
-    "home/work/key.PEM",
+    "home/code/app/build/a",
+    "home/code/app/.git/config",
+    "home/code/key.PEM",
     "home/a/b/c",
     "real temporary/a/b",
     "outside/a/b",
@@ -59,8 +59,8 @@ constexpr SymbolicLink links[] = {
     {"home/u", ".."},
     {"home/h", "."},
     {"home/e", ".cache/a/excluded"},
-    {"home/p", "work/app"},
-    {"home/g", "work/app/.git"},
+    {"home/p", "code/app"},
+    {"home/g", "code/app/.git"},
     {"home/q", "q"},
     {"home/d", "missing/x"},
     {"home/t", "../temporary"},
@@ -86,7 +86,7 @@ constexpr const char* containers[] = {
     "",          "Library",   "Library/Caches", "Library/Application Support", "Library/Developer",
     "Downloads", "Documents", "Music",          "Library/Developer/Xcode",
 };
-constexpr const char* project = "work/app";
+constexpr const char* project = "code/app";
 
 constexpr const char* protectedPatterns[] = {
     ".git",  ".hg",        ".svn",   "key_stores", "keystores",

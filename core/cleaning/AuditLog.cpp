@@ -11,10 +11,6 @@ namespace tidewright {
 
 namespace {
 
-// In the order of CleanOutcome::Status::choice.
-constexpr std::array<std::string_view, CleanOutcome::Status::cases.size()> results{
-    "skipped", "failed", "cleaned", "trashed"};
-
 /// "clean-2026-03-01T10-30-00.jsonl", without the colons that some systems forbid in names.
 std::string fileName(Date date) {
     std::string time = localTimeText(date);
@@ -69,7 +65,7 @@ void AuditLog::record(const ScanItem& item, const CleanOutcome& outcome) {
         {"paths", joinedPaths(item.urls)},
         {"bytes", std::to_string(outcome.bytes)},
         {"method", std::string(item.method.label())},
-        {"result", std::string(results.at(outcome.status.choice.index()))},
+        {"result", std::string(outcome.status.word())},
     };
     if (const auto* method = std::get_if<CleanMethod::Command>(&item.method.choice))
         line["command"] = method->command.displayString();

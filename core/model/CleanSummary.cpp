@@ -18,6 +18,12 @@ Int64 bytesOf(const std::vector<CleanOutcome>& outcomes) {
 
 bool CleanOutcome::Status::isSuccess() const { return !reason().has_value(); }
 
+std::string_view CleanOutcome::Status::word() const {
+    static constexpr std::array<std::string_view, cases.size()> words{"skipped", "failed",
+                                                                      "cleaned", "trashed"};
+    return words.at(choice.index());
+}
+
 std::optional<std::string> CleanOutcome::Status::reason() const {
     if (const auto* skipped = std::get_if<Skipped>(&choice))
         return skipped->reason;

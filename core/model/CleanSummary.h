@@ -52,6 +52,8 @@ struct CleanOutcome {
         static Status movedToTrash() { return {MovedToTrash{}}; }
 
         bool isSuccess() const;
+        /// "skipped", "failed", "cleaned" or "trashed".
+        std::string_view word() const;
         /// Why it was skipped or failed; absent for a success.
         std::optional<std::string> reason() const;
 

@@ -18,16 +18,6 @@ namespace {
 
 constexpr Int64 maximumMountsBytes = 64'000'000;
 
-/// What tells the mount of a folder from others: before Linux 5.8 no more than its device.
-std::optional<std::uint64_t> mountOf(const FileDescriptor& folder) {
-    struct statx facts = {};
-    if (statx(folder.get(), "", AT_EMPTY_PATH, STATX_MNT_ID, &facts) != 0)
-        return std::nullopt;
-    if ((facts.stx_mask & STATX_MNT_ID) != 0)
-        return facts.stx_mnt_id;
-    return makedev(facts.stx_dev_major, facts.stx_dev_minor);
-}
-
 bool isOctal(std::string_view text) {
     return text.find_first_not_of("01234567") == std::string_view::npos;
 }
@@ -50,12 +40,28 @@ std::string unescaped(std::string_view text) {
 
 } // namespace
 
+std::optional<std::uint64_t> mountOf(int descriptor) {
+    struct statx facts = {};
+    if (statx(descriptor, "", AT_EMPTY_PATH, STATX_MNT_ID, &facts) != 0)
+        return std::nullopt;
+    if ((facts.stx_mask & STATX_MNT_ID) != 0)
+        return facts.stx_mnt_id;
+    // Before Linux 5.8. Asked for a handle of no bytes, this call answers the mount alone; file
+    // systems that give no handles are told by their device.
+    file_handle handle = {};
+    int mount = 0;
+    if (name_to_handle_at(descriptor, "", &handle, &mount, AT_EMPTY_PATH) == 0 ||
+        errno == EOVERFLOW)
+        return static_cast<std::uint64_t>(mount);
+    return makedev(facts.stx_dev_major, facts.stx_dev_minor);
+}
+
 Result<MountPoint, SystemError> mountPointOf(int folder, const URL& path) {
     MountPoint top{openFolderHandle(folder, "."), path};
-    const auto mount = top.folder ? mountOf(top.folder) : std::nullopt;
+    const auto mount = top.folder ? mountOf(top.folder.get()) : std::nullopt;
     while (mount && top.path.path() != "/") {
         FileDescriptor above = openFolderHandle(top.folder.get(), "..");
-        const auto mountAbove = above ? mountOf(above) : std::nullopt;
+        const auto mountAbove = above ? mountOf(above.get()) : std::nullopt;
         if (!mountAbove)
             break;
         if (mountAbove != mount)

@@ -4,9 +4,14 @@
 #include "core/platform/posix/FileDescriptor.h"
 #include "core/support/URL.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace tidewright {
+
+/// What tells the mount that an open file or folder is on from others; absent where the kernel does
+/// not say.
+std::optional<std::uint64_t> mountOf(int descriptor);
 
 /// The folder at which something is mounted.
 struct MountPoint {

@@ -1,5 +1,7 @@
 #include "core/platform/linux/ResolvingOpening.h"
 
+#include "core/platform/linux/Mounts.h"
+
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
@@ -7,28 +9,18 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <optional>
 
 namespace tidewright {
 
 namespace {
-
-/// The mount that something is on. Asked for a handle of no bytes, the call answers that alone.
-std::optional<int> mountOf(int descriptor) {
-    file_handle handle = {};
-    int mount = 0;
-    if (name_to_handle_at(descriptor, "", &handle, &mount, AT_EMPTY_PATH) == 0 ||
-        errno == EOVERFLOW)
-        return mount;
-    return std::nullopt;
-}
 
 bool isSameMount(int a, int b) {
     struct stat first = {};
     struct stat second = {};
     if (fstat(a, &first) != 0 || fstat(b, &second) != 0 || first.st_dev != second.st_dev)
         return false;
-    return mountOf(a) == mountOf(b);
+    const auto mount = mountOf(a);
+    return mount && mount == mountOf(b);
 }
 
 } // namespace

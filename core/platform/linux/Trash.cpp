@@ -2,10 +2,10 @@
 
 #include "core/platform/StandardFolders.h"
 #include "core/platform/linux/TrashFolder.h"
+#include "core/platform/posix/FileIdentity.h"
 #include "core/platform/posix/StandingItem.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
@@ -55,8 +55,7 @@ FileDescriptor handleOf(const ApprovedPath& item, const FileDescriptor& folder) 
     struct stat status = {};
     if (!handle || fstat(handle.get(), &status) != 0)
         return {};
-    const FileIdentity identity{static_cast<std::uint64_t>(status.st_dev), status.st_ino};
-    if (identity == item.item())
+    if (item.item() == identityOf(status))
         return handle;
     errno = ESTALE;
     return {};
@@ -74,10 +73,13 @@ Result<void, FileActionError> moveToTrash(const ApprovedPath& item) {
     const auto failure = [&](int error) {
         return Failure(FileActionError{kindOf(error), {error, operation, item.url().path()}});
     };
-    const auto folder = folderOfStanding(item, operation);
-    if (!folder)
-        return Failure(folder.error());
-    const FileDescriptor handle = handleOf(item, *folder);
+    const auto standing = standingItem(item);
+    if (!standing)
+        return Failure(standing.error());
+    if (!*standing)
+        return failure(ENOENT);
+    const FileDescriptor& folder = (*standing)->folder;
+    const FileDescriptor handle = handleOf(item, folder);
     if (!handle)
         return failure(errno);
 
@@ -90,7 +92,7 @@ Result<void, FileActionError> moveToTrash(const ApprovedPath& item) {
     if (*mounted)
         return Failure(FileActionError{Kind::mounted, {EBUSY, operation, (*mounted)->path()}});
 
-    const auto moved = moveToAnyTrash({folder->get(), handle.get(), item.name()}, folderPath);
+    const auto moved = moveToAnyTrash({folder.get(), handle.get(), item.name()}, folderPath);
     if (!moved)
         return failure(moved.error());
     return {};

@@ -53,13 +53,17 @@ void makeFoldersTo(const std::string& path) {
     }
 }
 
+/// All zeros where it can't be told, which permits nothing here.
 struct stat statusOf(const FileDescriptor& file) {
     struct stat status = {};
     fstat(file.get(), &status);
     return status;
 }
 
-bool isUsersOwn(const FileDescriptor& folder) { return statusOf(folder).st_uid == geteuid(); }
+bool isUsersOwn(const FileDescriptor& folder) {
+    struct stat status = {};
+    return fstat(folder.get(), &status) == 0 && status.st_uid == geteuid();
+}
 
 void logOnce(const std::string& message) {
     static std::mutex mutex;

@@ -3,6 +3,7 @@
 #include "core/platform/posix/FileIdentity.h"
 #include "core/platform/posix/FolderChain.h"
 #include "core/platform/posix/OwnerPermissions.h"
+#include "core/platform/posix/StandingItem.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -23,9 +24,6 @@ using Kind = FileActionError::Kind;
 constexpr int mostReadings = 32;
 constexpr int mostReadingsAgain = 10'000;
 constexpr std::size_t fewEntries = 1'000;
-
-/// Only these prove that something is not there.
-bool isAbsence(int error) { return error == ENOENT || error == ENOTDIR; }
 
 /// What opening a file or a link as a folder fails with.
 bool isNoFolder(int error) { return error == ENOTDIR || error == ELOOP; }
@@ -54,54 +52,24 @@ int unlinkEntry(int folder, const char* name, int flags) {
     return 0;
 }
 
-/// Where an item is that was found to be what was judged.
-struct Place {
-    FileDescriptor folder;
-    std::string name;
-    FileIdentity item;
-    bool isFolder = false;
-};
-
-FolderChain chainFor(const ApprovedPath& item, const Place& place) {
-    return {place.folder.get(), item.url().deletingLastPathComponent().path()};
-}
-
-/// Absent when the item is gone.
-Result<std::optional<Place>, FileActionError> find(const ApprovedPath& item) {
-    const std::string& path = item.url().path();
-    if (!item.folder() && fileInfo(item.url(), Links::dontFollow))
-        return Failure(failureOf(ESTALE, "find", path)); // it came there since
-    auto folder = item.folder() ? (*item.folder())->reopen() : Failure(item.folder().error());
-    if (!folder && isAbsence(folder.error().code))
-        return std::nullopt;
-    if (!folder && folder.error().code == ESTALE)
-        return Failure(failureOf(ESTALE, "find", path));
-    if (!folder)
-        return Failure(FileActionError{Kind::system, folder.error()});
-
-    struct stat status = {};
-    if (fstatat(folder->get(), item.name().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        if (isAbsence(errno))
-            return std::nullopt;
-        return Failure(failureOf(errno, "look at", path));
-    }
-    if (item.item() != identityOf(status))
-        return Failure(failureOf(ESTALE, "find", path));
-    return Place{std::move(*folder), item.name(), identityOf(status), S_ISDIR(status.st_mode)};
+FolderChain chainFor(const ApprovedPath& item, const StandingItem& standing) {
+    return {standing.folder.get(), item.url().deletingLastPathComponent().path()};
 }
 
 /// Whether the innermost folder of the chain is the item.
-bool isItem(const FolderChain& chain, const Place& place) {
+bool isItem(const FolderChain& chain, const StandingItem& standing) {
     struct stat status = {};
-    return fstat(chain.descriptor(), &status) == 0 && identityOf(status) == place.item;
+    return fstat(chain.descriptor(), &status) == 0 && identityOf(status) == standing.identity;
 }
 
 class Removal {
 public:
-    Removal(const Place& place, FolderChain chain) : m_place(place), m_chain(std::move(chain)) {}
+    Removal(const StandingItem& item, FolderChain chain)
+        : m_item(item),
+          m_chain(std::move(chain)) {}
 
     Result<void, FileActionError> run() {
-        removeEntry(m_place.name.c_str(), m_place.isFolder);
+        removeEntry(m_item.name.c_str(), m_item.isFolder);
         while (m_chain.depth() > 0)
             step();
         if (m_error)
@@ -152,7 +120,7 @@ private:
             const bool isGone = error == EACCES && removeFolder(name) == 0;
             return isGone ? 0 : error;
         }
-        if (m_chain.depth() == 1 && !isItem(m_chain, m_place)) {
+        if (m_chain.depth() == 1 && !isItem(m_chain, m_item)) {
             m_chain.leave();
             return ESTALE;
         }
@@ -170,7 +138,7 @@ private:
         m_folders.pop_back();
         const auto name = m_chain.leave();
         if (!name)
-            return report(ESTALE, "go back up in", m_chain.path(m_place.name));
+            return report(ESTALE, "go back up in", m_chain.path(m_item.name));
         if (left.hasFailed)
             return keep();
         const int error = removeFolder(name->c_str());
@@ -209,7 +177,7 @@ private:
             m_error = failureOf(error, operation, std::move(path));
     }
 
-    const Place& m_place;
+    const StandingItem& m_item;
     FolderChain m_chain;
     std::vector<Folder> m_folders;
     std::optional<FileActionError> m_error; ///< the first
@@ -221,8 +189,8 @@ enum class Next { goOn, passOver, stop };
 /// Shows `visit` everything in an item, a folder before what it holds. What can't be read is passed
 /// over.
 template <class Visit>
-void walk(const Place& place, FolderChain& chain, const Visit& visit) {
-    if (!place.isFolder || !chain.enter(place.name.c_str()) || !isItem(chain, place))
+void walk(const StandingItem& standing, FolderChain& chain, const Visit& visit) {
+    if (!standing.isFolder || !chain.enter(standing.name.c_str()) || !isItem(chain, standing))
         return;
     while (chain.depth() > 0) {
         const auto entry = chain.next();
@@ -245,26 +213,26 @@ bool isAppBundle(const URL& url) { return url.pathExtension() == "app"; }
 } // namespace
 
 Result<Presence, FileActionError> presence(const ApprovedPath& item) {
-    return find(item).map(
-        [](const auto& place) { return place ? Presence::there : Presence::gone; });
+    return standingItem(item).map(
+        [](const auto& standing) { return standing ? Presence::there : Presence::gone; });
 }
 
 Result<void, FileActionError> removeOnce(const ApprovedPath& item) {
-    const auto place = find(item);
-    if (!place)
-        return Failure(place.error());
-    if (!*place)
+    const auto standing = standingItem(item);
+    if (!standing)
+        return Failure(standing.error());
+    if (!*standing)
         return {};
-    return Removal(**place, chainFor(item, **place)).run();
+    return Removal(**standing, chainFor(item, **standing)).run();
 }
 
 void makeWritable(const ApprovedPath& item) {
-    const auto place = find(item);
-    if (!place || !*place)
+    const auto standing = standingItem(item);
+    if (!standing || !*standing)
         return;
-    FolderChain chain = chainFor(item, **place);
+    FolderChain chain = chainFor(item, **standing);
     giveOwnerAll(chain.descriptor(), item.name().c_str());
-    walk(**place, chain, [&](const char* name, bool) {
+    walk(**standing, chain, [&](const char* name, bool) {
         giveOwnerAll(chain.descriptor(), name);
         return Next::goOn;
     });
@@ -273,12 +241,12 @@ void makeWritable(const ApprovedPath& item) {
 bool containsAppBundle(const ApprovedPath& item) {
     if (isAppBundle(item.url()))
         return true;
-    const auto place = find(item);
-    if (!place || !*place)
+    const auto standing = standingItem(item);
+    if (!standing || !*standing)
         return false;
-    FolderChain chain = chainFor(item, **place);
+    FolderChain chain = chainFor(item, **standing);
     bool isFound = false;
-    walk(**place, chain, [&](const char* name, bool isFolder) {
+    walk(**standing, chain, [&](const char* name, bool isFolder) {
         isFound = isAppBundle(URL(name));
         if (isFound)
             return Next::stop;

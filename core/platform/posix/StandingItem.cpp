@@ -1,35 +1,46 @@
 #include "core/platform/posix/StandingItem.h"
 
+#include "core/platform/posix/FileIdentity.h"
+
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
 namespace tidewright {
 
-Result<FileDescriptor, FileActionError> folderOfStanding(const ApprovedPath& item,
-                                                         const std::string& operation) {
-    using Kind = FileActionError::Kind;
-    const auto failure = [&](Kind kind, int code) {
-        return Failure(FileActionError{kind, {code, operation, item.url().path()}});
+namespace {
+
+using Kind = FileActionError::Kind;
+
+bool isAbsence(int error) { return error == ENOENT || error == ENOTDIR; }
+
+} // namespace
+
+Result<std::optional<StandingItem>, FileActionError> standingItem(const ApprovedPath& item) {
+    const std::string& path = item.url().path();
+    const auto replaced = [&] {
+        return Failure(FileActionError{Kind::replaced, {ESTALE, "find", path}});
     };
-    if (!item.folder())
-        return Failure(FileActionError{Kind::system, item.folder().error()});
-    auto folder = (*item.folder())->reopen();
+    if (!item.folder() && fileInfo(item.url(), Links::dontFollow))
+        return replaced(); // it came there since
+    auto folder = item.folder() ? (*item.folder())->reopen() : Failure(item.folder().error());
+    if (!folder && isAbsence(folder.error().code))
+        return std::nullopt;
     if (!folder && folder.error().code == ESTALE)
-        return failure(Kind::replaced, ESTALE);
+        return replaced();
     if (!folder)
         return Failure(FileActionError{Kind::system, folder.error()});
 
     struct stat status = {};
-    if (!item.item())
-        return failure(Kind::system, ENOENT);
-    if (fstatat(folder->get(), item.name().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return failure(Kind::system, errno);
-    const FileIdentity standing{static_cast<std::uint64_t>(status.st_dev), status.st_ino};
-    if (standing != *item.item())
-        return failure(Kind::replaced, ESTALE);
-    return std::move(*folder);
+    if (fstatat(folder->get(), item.name().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (isAbsence(errno))
+            return std::nullopt;
+        return Failure(FileActionError{Kind::system, {errno, "look at", path}});
+    }
+    if (item.item() != identityOf(status))
+        return replaced();
+    return StandingItem{std::move(*folder), item.name(), identityOf(status),
+                        S_ISDIR(status.st_mode)};
 }
 
 } // namespace tidewright

@@ -6,10 +6,15 @@
 
 namespace tidewright {
 
-/// A handle of the folder that really holds the item, for acting in it. Fails when that was moved
-/// or replaced, when something else stands there than what was judged, and with ENOENT for
-/// `operation` when nothing does or did.
-Result<FileDescriptor, FileActionError> folderOfStanding(const ApprovedPath& item,
-                                                         const std::string& operation);
+struct StandingItem {
+    FileDescriptor folder; ///< a handle of the folder that really holds it, for acting in it
+    std::string name;
+    FileIdentity identity;
+    bool isFolder = false;
+};
+
+/// Absent when the item is gone, which ENOENT and ENOTDIR alone prove. Fails where nobody can tell,
+/// and when its folder was moved or replaced, or something else stands there than what was judged.
+Result<std::optional<StandingItem>, FileActionError> standingItem(const ApprovedPath& item);
 
 } // namespace tidewright

@@ -365,6 +365,23 @@ TEST_F(CleanerTest, TheFirstFailureEndsAnItemButNotTheOthers) {
     EXPECT_FALSE(exists("open/c"));
 }
 
+TEST_F(CleanerTest, WhatIsInTheTrashStaysThereWhenTheNextLocationFails) {
+    setenv("XDG_DATA_HOME", home.path("data").path().c_str(), 1);
+    home.file("downloads/first", "x");
+    home.file("downloads/third", "x");
+    const std::vector<std::string> paths{"downloads/first", "downloads/second", "downloads/third"};
+    const std::string status = executed(item("Two", CleanMethod::trash(), paths));
+    const std::string alone = executed(item("One", CleanMethod::trash(), {"downloads/third"}));
+    unsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(status, "failed: Could not move to the Trash " +
+                          home.path("downloads/second").path() + ": No such file or directory.");
+    EXPECT_FALSE(exists("downloads/first"));
+    EXPECT_TRUE(exists("data/Trash/files/first"));
+    EXPECT_TRUE(exists("data/Trash/info/first.trashinfo"));
+    EXPECT_EQ(alone, "movedToTrash") << "it had been left where it was";
+    EXPECT_TRUE(exists("data/Trash/files/third"));
+}
+
 TEST_F(CleanerTest, AnAppBundleThatStaysNeedsAPermission) {
     home.file("caches/updater/Thing.app/Contents/Info.plist", "x");
     home.setMode(".", 0755);
