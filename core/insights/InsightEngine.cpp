@@ -34,7 +34,7 @@ struct ItemGroup {
     std::vector<string_view> ruleIDs = {};           ///< empty: those of any rule
     std::optional<Category> category = std::nullopt; ///< absent: of any
     std::optional<Decision> decision = std::nullopt; ///< absent: any
-    int ScanSettings::*days = nullptr;
+    Int64 ScanSettings::*days = nullptr;
     std::optional<Destination> destination = std::nullopt; ///< absent: the review of the items
 
     bool holds(const ScanItem& item) const {
@@ -203,7 +203,7 @@ std::optional<Insight> aboutGroup(const ItemGroup& group,
     Selection selection = selected(items, [&](const ScanItem& item) { return group.holds(item); });
     if (selection.bytes < group.atLeast)
         return std::nullopt;
-    const int days = group.days == nullptr ? 0 : settings.*group.days;
+    const Int64 days = group.days == nullptr ? 0 : settings.*group.days;
     return Insight{.id = group.id,
                    .severity = group.severity,
                    .symbolName = group.symbolName,
@@ -216,7 +216,7 @@ std::optional<Insight> aboutGroup(const ItemGroup& group,
 }
 
 std::optional<Insight> aboutUnusedApps(const std::vector<AppUsage>& apps,
-                                       int unusedDays,
+                                       Int64 unusedDays,
                                        Date now) {
     std::size_t count = 0;
     Int64 bytes = 0;

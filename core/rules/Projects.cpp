@@ -170,7 +170,7 @@ std::vector<ScanItem::Parts> buildOutputs(const Project& project,
 
 void judgeByAge(ScanItem::Parts& parts,
                 std::optional<int> days,
-                int dormantDays,
+                Int64 dormantDays,
                 const std::string& install) {
     parts.decision = Decision::keep;
     if (!days) {

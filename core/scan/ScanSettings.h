@@ -7,9 +7,9 @@
 namespace tidewright {
 
 struct ScanSettings {
-    int dormantProjectDays = 0;       ///< without activity for so long, a project is dormant
-    int unusedAppDays = 0;            ///< without use for so long, an application is unused
-    int oldDownloadDays = 0;          ///< from this age a download is old
+    Int64 dormantProjectDays = 0;     ///< without activity for so long, a project is dormant
+    Int64 unusedAppDays = 0;          ///< without use for so long, an application is unused
+    Int64 oldDownloadDays = 0;        ///< from this age a download is old
     Int64 lowSpaceThreshold = 0;      ///< bytes free below which health is low
     Int64 criticalSpaceThreshold = 0; ///< bytes free below which health is critical
     Int64 largeTrashThreshold = 0;    ///< bytes from which the Trash is large

@@ -36,7 +36,7 @@ MAY_INCLUDE = {
     "core/insights": ["core/scan", "core/platform", "core/model", "core/support"],
     "app/main.cpp": ["app", "core"],  # the composition root makes and wires everything
     "app/state": ["app/platform", "core"],
-    "app/platform": ["core/model", "core/support"],
+    "app/platform": ["core/platform", "core/model", "core/support"],
     "app/controls": [],
     "app/screens": [],
     "cli": ["app/state", "core"],
@@ -79,7 +79,7 @@ LIBRARIES = [
     (r"pcre2\.h$", ["core/support"]),
     (r"tl/", ["core/support"]),
     (r"CLI/", ["cli"]),
-    (r"Q[A-Z]|Qt[A-Z]", ["app"]),
+    (r"Q[A-Z]|Qt[A-Z]", ["app", "cli"]),
 ]
 
 STANDARD = set("""

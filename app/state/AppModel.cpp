@@ -1,0 +1,4 @@
+#include "app/state/AppModel.h"
+namespace tidewright {
+AppModel::~AppModel() = default;
+} // namespace tidewright

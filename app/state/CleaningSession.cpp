@@ -1,0 +1,4 @@
+#include "app/state/CleaningSession.h"
+namespace tidewright {
+CleaningSession::~CleaningSession() = default;
+} // namespace tidewright

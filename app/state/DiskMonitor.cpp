@@ -1,0 +1,4 @@
+#include "app/state/DiskMonitor.h"
+namespace tidewright {
+DiskMonitor::~DiskMonitor() = default;
+} // namespace tidewright

@@ -1,0 +1,9 @@
+// The tests of what needs an event loop.
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+int main(int argumentCount, char** arguments) {
+    QCoreApplication application(argumentCount, arguments);
+    testing::InitGoogleTest(&argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}
