@@ -20,6 +20,9 @@ URL temporaryDirectory();
 /// Where programs keep files of the user with this home; on Linux `$XDG_DATA_HOME`.
 URL userDataDirectory(const URL& home);
 
+/// Where programs keep the settings of the user with this home; on Linux `$XDG_CONFIG_HOME`.
+URL userConfigDirectory(const URL& home);
+
 /// Where the audit logs of the user with this home are kept; it need not exist. On Linux that
 /// follows
 /// `$XDG_STATE_HOME`.

@@ -28,6 +28,10 @@ URL userDataDirectory(const URL& home) {
     return folderInEnvironment("XDG_DATA_HOME").value_or(home.appending(".local/share"));
 }
 
+URL userConfigDirectory(const URL& home) {
+    return folderInEnvironment("XDG_CONFIG_HOME").value_or(home.appending(".config"));
+}
+
 URL auditLogDirectory(const URL& home) { return stateFolder(home).appending("Tidewright/Logs"); }
 
 } // namespace tidewright

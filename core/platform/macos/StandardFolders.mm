@@ -12,6 +12,8 @@ URL temporaryDirectory() {
 
 URL userDataDirectory(const URL& home) { return home.appending("Library/Application Support"); }
 
+URL userConfigDirectory(const URL& home) { return home.appending("Library/Preferences"); }
+
 URL auditLogDirectory(const URL& home) { return home.appending("Library/Logs/Tidewright"); }
 
 } // namespace tidewright

@@ -1,10 +1,11 @@
 #include "core/platform/LogFile.h"
 
+#include "core/platform/FileReplacement.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <utility>
@@ -13,22 +14,9 @@ namespace tidewright {
 
 namespace {
 
-constexpr mode_t folderMode = S_IRWXU;
 constexpr mode_t fileMode = S_IRUSR | S_IWUSR;
 // So that nobody who keeps putting something at the path can hold the caller up for ever.
 constexpr int attempts = 100;
-
-/// Makes the folder at the path with all above it that are missing.
-Result<void, SystemError> makeFolder(const std::string& path) {
-    for (std::size_t end = 0; end < path.size();) {
-        end = std::min(path.find('/', end + 1), path.size());
-        const std::string folder = path.substr(0, end);
-        const bool isThere = access(folder.c_str(), F_OK) == 0;
-        if (!isThere && mkdir(folder.c_str(), folderMode) != 0 && errno != EEXIST)
-            return Failure(SystemError{errno, "make", folder});
-    }
-    return {};
-}
 
 Result<FileDescriptor, SystemError> makeFile(const std::string& path) {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -50,7 +38,7 @@ Result<LogFile, SystemError> LogFile::create(const URL& url) {
     const std::string& path = url.path();
     if (path.find('\0') != std::string::npos)
         return Failure(SystemError{EINVAL, "make", path});
-    if (auto folder = makeFolder(url.deletingLastPathComponent().path()); !folder)
+    if (auto folder = makeFolder(url.deletingLastPathComponent()); !folder)
         return Failure(std::move(folder.error()));
     auto file = makeFile(path);
     if (!file)

@@ -9,6 +9,7 @@ TEST(StandardFolders, AreAbsolute) {
     EXPECT_TRUE(homeDirectory().path().starts_with('/'));
     EXPECT_TRUE(temporaryDirectory().path().starts_with('/'));
     EXPECT_TRUE(userDataDirectory(URL("/home/user")).path().starts_with('/'));
+    EXPECT_TRUE(userConfigDirectory(URL("/home/user")).path().starts_with('/'));
     EXPECT_TRUE(auditLogDirectory(URL("/home/user")).path().starts_with('/'));
 }
 

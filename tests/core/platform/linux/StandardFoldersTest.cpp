@@ -1,38 +1,16 @@
 #include "core/platform/StandardFolders.h"
 
+#include "tests/support/ScopedVariable.h"
+
 #include <gtest/gtest.h>
 
 #include <pwd.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <optional>
-
 namespace tidewright {
 namespace {
 
-/// Sets or removes a variable of the environment for the length of a scope.
-class ScopedVariable {
-public:
-    ScopedVariable(const char* name, std::optional<std::string> value) : m_name(name) {
-        if (const char* const old = std::getenv(name))
-            m_old = old;
-        set(value);
-    }
-    ~ScopedVariable() { set(m_old); }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    void set(const std::optional<std::string>& value) const {
-        if (value)
-            setenv(m_name, value->c_str(), 1);
-        else
-            unsetenv(m_name);
-    }
-    const char* m_name;
-    std::optional<std::string> m_old;
-};
+using test::ScopedVariable;
 
 struct Case {
     std::optional<std::string> value;
@@ -80,6 +58,15 @@ TEST(StandardFolders, ProgramsFilesFollowTheEnvironmentElseTheHome) {
         EXPECT_EQ(userDataDirectory(home).path(), each.expected.value_or("/home/user/.local/share"))
             << each.value.value_or("not set");
         EXPECT_EQ(auditLogDirectory(home).path(), "/home/user/.local/state/Tidewright/Logs");
+    }
+}
+
+TEST(StandardFolders, SettingsFollowTheEnvironmentElseTheHome) {
+    for (const Case& each : cases) {
+        const ScopedVariable settings("XDG_CONFIG_HOME", each.value);
+        EXPECT_EQ(userConfigDirectory(URL("/home/user")).path(),
+                  each.expected.value_or("/home/user/.config"))
+            << each.value.value_or("not set");
     }
 }
 
