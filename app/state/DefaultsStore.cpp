@@ -1,18 +1,28 @@
 #include "app/state/DefaultsStore.h"
 
+#include <QRegularExpression>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <cstdlib>
 
 namespace tidewright {
 
 namespace {
 
-/// The bytes of a text that may not be UTF-8: only then it is held as bytes.
-QVariant variantOf(const std::string& text) {
-    const QByteArray bytes = QByteArray::fromStdString(text);
-    const QString decoded = QString::fromUtf8(bytes);
-    return decoded.toUtf8() == bytes ? QVariant(decoded) : QVariant(bytes);
+/// Texts that are not UTF-8 are held as bytes. As a list of texts alone it is written in a form
+/// that people can read, whatever its length.
+QVariant variantOf(const std::vector<std::string>& texts) {
+    QStringList readable;
+    QVariantList all;
+    for (const std::string& text : texts) {
+        const QByteArray bytes = QByteArray::fromStdString(text);
+        const QString decoded = QString::fromUtf8(bytes);
+        if (decoded.toUtf8() == bytes)
+            readable.append(decoded);
+        all.append(decoded.toUtf8() == bytes ? QVariant(decoded) : QVariant(bytes));
+    }
+    return readable.size() == all.size() ? QVariant(readable) : QVariant(all);
 }
 
 bool isText(const QVariant& value) {
@@ -37,6 +47,19 @@ bool isNumber(const QVariant& value) {
     default:
         return false;
     }
+}
+
+/// Without regard to the user's language, unlike strtod.
+double numberAtStart(const std::string& text) {
+    static const QRegularExpression form(
+        QStringLiteral("^\\s*([+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?)"));
+    return form.match(QString::fromStdString(text)).captured(1).toDouble();
+}
+
+/// The nearest one towards 0; 0 for what is too large.
+Int64 wholeNumber(double number) {
+    constexpr double limit = 9223372036854775808.0; // 2^63
+    return std::abs(number) < limit ? static_cast<Int64>(number) : 0;
 }
 
 bool beginsAsTrue(const QString& text) {
@@ -66,8 +89,8 @@ std::unique_ptr<QSettings> DefaultsStore::inFile(const URL& file) {
 
 void DefaultsStore::registerDefaults(const QVariantMap& defaults) { m_registered.insert(defaults); }
 
-void DefaultsStore::setArgument(const QString& key, QVariant value) {
-    m_arguments.insert(key, std::move(value));
+void DefaultsStore::setArgument(const QString& key, const std::vector<std::string>& texts) {
+    m_arguments.insert(key, variantOf(texts));
 }
 
 QVariant DefaultsStore::value(const QString& key) const {
@@ -81,13 +104,15 @@ Int64 DefaultsStore::integer(const QString& key) const {
     // As strtoll reads: the number at the beginning, and the nearest one where it is too large.
     if (isText(found))
         return std::strtoll(bytesOf(found).c_str(), nullptr, 10);
+    if (found.typeId() == QMetaType::Double)
+        return wholeNumber(found.toDouble());
     return isNumber(found) ? found.toLongLong() : 0;
 }
 
 double DefaultsStore::number(const QString& key) const {
     const QVariant found = value(key);
     if (isText(found))
-        return std::strtod(bytesOf(found).c_str(), nullptr);
+        return numberAtStart(bytesOf(found));
     return isNumber(found) ? found.toDouble() : 0;
 }
 
@@ -105,6 +130,8 @@ QString DefaultsStore::text(const QString& key) const {
 
 std::vector<std::string> DefaultsStore::texts(const QString& key) const {
     const QVariant found = value(key);
+    if (isText(found) && bytesOf(found).empty()) // "key=", as a hand empties a list
+        return {};
     if (isText(found))
         return {bytesOf(found)};
     std::vector<std::string> texts;
@@ -125,17 +152,24 @@ void DefaultsStore::setNumber(const QString& key, double value) { m_user->setVal
 void DefaultsStore::setBoolean(const QString& key, bool value) { m_user->setValue(key, value); }
 
 void DefaultsStore::setTexts(const QString& key, const std::vector<std::string>& texts) {
-    QVariantList list;
-    for (const std::string& each : texts)
-        list.append(variantOf(each));
-    m_user->setValue(key, list);
+    m_user->setValue(key, variantOf(texts));
 }
 
 bool DefaultsStore::isSet(const QString& key) const { return m_user->contains(key); }
 
-Result<void, std::string> DefaultsStore::save() {
+QSettings::Status DefaultsStore::synchronized() {
+    if (m_user->format() == QSettings::IniFormat) // takes over what is not written yet
+        m_user = std::make_unique<QSettings>(m_user->fileName(), QSettings::IniFormat);
     m_user->sync();
-    if (m_user->status() == QSettings::NoError)
+    return m_user->status();
+}
+
+Result<void, std::string> DefaultsStore::save() {
+    QSettings::Status status = synchronized();
+    // What a hand has written comes first, and hides how the writing went; it is read only once.
+    if (status == QSettings::FormatError)
+        status = synchronized();
+    if (status == QSettings::NoError)
         return {};
     return Failure(fmt::format("The settings could not be saved in {}. See that you may write "
                                "there and that the disk has room.",

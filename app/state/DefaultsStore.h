@@ -29,10 +29,11 @@ public:
     /// Values that count where nothing else is set; they are never written.
     void registerDefaults(const QVariantMap& defaults);
 
-    /// A value for this run, over all others; it is never written.
-    void setArgument(const QString& key, QVariant value);
+    /// A list for this run, over all other values; it is never written.
+    void setArgument(const QString& key, const std::vector<std::string>& texts);
 
-    /// A text counts with the whole number at its beginning, a truth value as 0 or 1.
+    /// A text counts with the whole number at its beginning, and so does a truth value that comes
+    /// from a file, where it is a text as well; any other is 0 or 1.
     Int64 integer(const QString& key) const;
     /// The same with fractions.
     double number(const QString& key) const;
@@ -41,7 +42,8 @@ public:
     bool boolean(const QString& key) const;
     /// Empty where there is none; a number as its digits.
     QString text(const QString& key) const;
-    /// The texts of a list as bytes; a single text is a list of one, anything else empty.
+    /// The texts of a list as bytes; a single text that is not empty is a list of one, anything
+    /// else an empty list. What a file holds are texts, its numbers too.
     std::vector<std::string> texts(const QString& key) const;
 
     /// Writes to the user's layer. Seen at once; on disk soon, at the latest after `save`.
@@ -60,6 +62,8 @@ public:
 private:
     /// The value that counts; invalid where there is none.
     QVariant value(const QString& key) const;
+    /// How it went just now; an object of the settings keeps its first error for ever.
+    QSettings::Status synchronized();
 
     std::unique_ptr<QSettings> m_user;
     QVariantMap m_arguments;

@@ -3,8 +3,11 @@
 
 #include "core/model/CleanSummary.h"
 #include "core/platform/SystemLog.h"
+#include "core/support/Result.h"
 
 #include <QObject>
+
+#include <algorithm>
 
 namespace tidewright {
 
@@ -19,6 +22,10 @@ struct HistoryEntry {
     Int64 itemCount = 0;        ///< cleaned or moved to the Trash
     Int64 failures = 0;         ///< tried in vain; what was skipped counts nowhere
     std::optional<URL> logFile; ///< the audit log
+
+    /// In bytes, the larger of measured gain and estimate: others may have spoilt the one, and the
+    /// other may fall short.
+    Int64 freed() const { return std::max(measuredGain, estimatedFreed); }
 
     bool operator==(const HistoryEntry&) const = default;
     static constexpr auto fields() {
@@ -42,8 +49,9 @@ public:
     /// Reads `history.json` in the folder, which need not exist.
     explicit HistoryStore(const URL& directory, QObject* parent = nullptr);
 
-    /// Adds an entry and replaces the file; where the file can't be read as a history, it is first
-    /// put aside as `history.json.unreadable`. What other programs have added since is kept.
+    /// Adds an entry and replaces the file; a file that holds no history is first put aside as
+    /// `history.json.unreadable`, and one that can't be read at all is left as it is. What other
+    /// programs have added since comes in as well: they take turns by `history.json.lock`.
     void record(const CleanSummary& summary);
 
     const std::vector<HistoryEntry>& entries() const { return m_entries; } ///< oldest first
@@ -56,6 +64,10 @@ Q_SIGNALS:
     void entriesChanged();
 
 private:
+    Result<void, SystemError> save();
+    /// Takes in what others have put into the file, or puts aside what is no history.
+    Result<void, SystemError> mergeFile();
+
     std::vector<HistoryEntry> m_entries;
     URL m_fileURL;
     Logger m_logger{"com.tidewright.app", "history"};

@@ -6,16 +6,14 @@ namespace tidewright {
 
 namespace {
 
-const QString lowSpaceKey = QStringLiteral("lowSpaceGB");
-const QString criticalSpaceKey = QStringLiteral("criticalSpaceGB");
-const QString largeTrashKey = QStringLiteral("largeTrashGB");
-const QString dormantProjectKey = QStringLiteral("dormantProjectDays");
-const QString unusedAppKey = QStringLiteral("unusedAppDays");
-const QString oldDownloadKey = QStringLiteral("oldDownloadDays");
-const QString projectRootsKey = QStringLiteral("projectRoots");
-const QString exclusionsKey = QStringLiteral("exclusions");
-const QString menuBarKey = QStringLiteral("showFreeSpaceInMenuBar");
-const QString notificationsKey = QStringLiteral("notificationsEnabled");
+constexpr QLatin1StringView lowSpaceKey{"lowSpaceGB"};
+constexpr QLatin1StringView criticalSpaceKey{"criticalSpaceGB"};
+constexpr QLatin1StringView largeTrashKey{"largeTrashGB"};
+constexpr QLatin1StringView dormantProjectKey{"dormantProjectDays"};
+constexpr QLatin1StringView unusedAppKey{"unusedAppDays"};
+constexpr QLatin1StringView oldDownloadKey{"oldDownloadDays"};
+constexpr QLatin1StringView menuBarKey{"showFreeSpaceInMenuBar"};
+constexpr QLatin1StringView notificationsKey{"notificationsEnabled"};
 
 const QVariantMap& registeredDefaults() {
     static const QVariantMap defaults{

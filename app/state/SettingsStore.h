@@ -9,6 +9,11 @@
 
 namespace tidewright {
 
+// The keys of the lists in the defaults store; those of the other settings are their properties'
+// names.
+inline constexpr QLatin1StringView projectRootsKey{"projectRoots"};
+inline constexpr QLatin1StringView exclusionsKey{"exclusions"};
+
 /// Main thread only. Every setter writes at once; its signal comes only when the value changed. No
 /// value is clamped. Changes that others make to the store are not seen until the next start.
 class SettingsStore : public QObject {
