@@ -1,12 +1,10 @@
 #include "cli/CheckCommand.h"
 
 #include "cli/ExitStatus.h"
-#include "cli/Interrupt.h"
 #include "cli/Layout.h"
 #include "cli/Paths.h"
 #include "cli/Scanning.h"
 #include "core/model/Coding.h"
-#include "core/platform/StandardFolders.h"
 
 #include <fmt/format.h>
 
@@ -41,19 +39,13 @@ std::string verdictsText(const std::vector<PathVerdict>& verdicts, const Termina
 int runCheck(const std::vector<std::string>& paths, bool isProjectItem, bool json) {
     if (std::ranges::any_of(paths, &std::string::empty))
         return usageError("an empty path names nothing. See tidewright check --help.");
-    const auto scanner = makeScanner({});
-    if (!scanner)
-        return usageError(scanner.error());
-    const Interrupt interrupt;
-    std::vector<URL> projects;
-    for (const Project& project : scanner->findProjects(interrupt.token()).projects)
-        projects.push_back(project.url);
-    if (interrupt.token().isCancelled()) {
-        fmt::print(stderr, "The search for projects was stopped.\n");
-        return interruptedStatus;
-    }
-    const PathPolicy policy(scanner->home, temporaryDirectory(), projects,
-                            scanner->settings.exclusions);
+    const auto state = CommandState::make();
+    if (!state)
+        return usageError(state.error());
+    const auto projects = findProjectsForCommand(**state);
+    if (!projects)
+        return projects.error();
+    const PathPolicy policy = (*state)->model().policy(*projects);
     std::vector<PathVerdict> verdicts;
     for (const std::string& path : paths)
         verdicts.push_back(verdictOn(absolute(path), policy, isProjectItem));

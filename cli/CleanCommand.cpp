@@ -5,10 +5,8 @@
 #include "cli/Interrupt.h"
 #include "cli/Layout.h"
 #include "cli/LiveLine.h"
-#include "cli/MainThreadQueue.h"
-#include "core/cleaning/Cleaner.h"
+#include "cli/Scanning.h"
 #include "core/model/Coding.h"
-#include "core/platform/StandardFolders.h"
 #include "core/support/Text.h"
 
 #include <fmt/format.h>
@@ -30,33 +28,6 @@ std::optional<std::string> obstacle(const ScanItem& item) {
     if (const auto* manual = std::get_if<CleanMethod::Manual>(&item.method.choice))
         return fmt::format("{} is cleaned by hand: {}", item.title, manual->text);
     return std::nullopt;
-}
-
-Result<std::vector<ScanItem>, std::string> itemsWithIds(const std::vector<ScanItem>& all,
-                                                        const std::vector<std::string>& ids) {
-    std::vector<ScanItem> items;
-    for (const std::string& id : ids) {
-        // On the command line an id can hold only what JSON shows of a name that is not UTF-8.
-        const auto item = std::ranges::find_if(all, [&](const ScanItem& each) {
-            return each.id == id || repairedUTF8(each.id) == id;
-        });
-        if (item == all.end())
-            return Failure(fmt::format(
-                "no item has the id \"{}\"; tidewright scan --json shows all ids.", id));
-        if (auto reason = obstacle(*item))
-            return Failure(std::move(*reason));
-        if (std::ranges::find(items, item->id, &ScanItem::id) == items.end())
-            items.push_back(*item);
-    }
-    return items;
-}
-
-Cleaner cleanerFor(const DiskScanner& scanner, const ScanReport& report) {
-    std::vector<URL> projects;
-    for (const Project& project : report.projects)
-        projects.push_back(project.url);
-    return {PathPolicy(scanner.home, temporaryDirectory(), projects, scanner.settings.exclusions),
-            scanner.runner, auditLogDirectory(scanner.home), report.needed, scanner.home};
 }
 
 /// A tool takes no path of ours; where it is missing, the paths may be removed in its place.
@@ -112,70 +83,76 @@ bool isYes(const std::optional<std::string>& answer) {
 /// Ctrl-C at the question ends the program, since nothing is under way.
 bool isConfirmed(const std::vector<ScanItem>& items, const CancelToken& cancel) {
     const CancelCallback end = cancel.onCancel([] {
-        fmt::print(stderr, "\nNothing was cleaned.\n");
+        writeAll(stderr, "\nNothing was cleaned.\n");
         std::_Exit(interruptedStatus);
     });
     return isYes(answerTo(questionText(items)));
 }
 
-/// Shows events as they come: what runs now on standard error, what ended on standard output.
+/// Shows what happens as it happens: what runs now on standard error, what ended on standard
+/// output.
 class CleaningView {
 public:
-    CleaningView(const std::vector<ScanItem>& items, bool showsOutcomes)
-        : m_items(items),
-          m_showsOutcomes(showsOutcomes) {}
+    CleaningView(CleaningSession& session, bool showsOutcomes)
+        : m_session(session),
+          m_showsOutcomes(showsOutcomes) {
+        QObject::connect(&session, &CleaningSession::stateChanged, &m_connection,
+                         [this](const std::string& itemID) { show(itemID); });
+    }
 
-    void operator()(const CleanEvent::Started& event) {
-        m_running.push_back(event);
+    ~CleaningView() { m_line.clear(); }
+    CleaningView(const CleaningView&) = delete;
+    CleaningView& operator=(const CleaningView&) = delete;
+
+private:
+    void show(const std::string& itemID) {
+        const auto item = std::ranges::find(m_session.items(), itemID, &ScanItem::id);
+        if (item == m_session.items().end())
+            return;
+        const CleaningSession::ItemState state = m_session.state(itemID);
+        if (const auto* done = std::get_if<CleaningSession::ItemState::Done>(&state.choice))
+            showOutcome({item->id, item->title, done->status, item->sizeBytes});
+        else
+            m_running.emplace_back(item->id, item->title);
         showLine();
     }
 
-    void operator()(const CleanEvent::Finished& event) {
-        std::erase_if(m_running, [&](const CleanEvent::Started& each) {
-            return each.itemID == event.outcome.itemID;
-        });
+    void showOutcome(const CleanOutcome& outcome) {
+        std::erase_if(m_running,
+                      [&](const auto& running) { return running.first == outcome.itemID; });
         ++m_finished;
         m_line.clear();
         if (m_showsOutcomes)
-            writeAll(stdout, outcomeLine(event.outcome, m_items, m_terminal));
-        showLine();
+            writeAll(stdout, outcomeLine(outcome, m_session.items(), m_terminal));
     }
 
-    void operator()(const CleanEvent::Completed& event) {
-        m_line.clear();
-        m_summary = event.summary;
-    }
-
-    CleanSummary takeSummary() { return std::move(m_summary); }
-
-private:
     void showLine() {
         std::vector<std::string> titles;
-        for (const CleanEvent::Started& each : m_running)
-            titles.push_back(each.title);
+        for (const auto& [id, title] : m_running)
+            titles.push_back(title);
         if (!titles.empty())
-            m_line.show(cleaningLine(m_finished, m_items.size(), titles));
+            m_line.show(cleaningLine(m_finished, m_session.items().size(), titles));
     }
 
-    const std::vector<ScanItem>& m_items;
+    CleaningSession& m_session;
     bool m_showsOutcomes;
+    QObject m_connection;
     Terminal m_terminal = terminalOf(stdout);
     LiveLine m_line{stderr};
-    std::vector<CleanEvent::Started> m_running;
+    std::vector<std::pair<std::string, std::string>> m_running; ///< ids and titles
     std::size_t m_finished = 0;
-    CleanSummary m_summary;
 };
 
-CleanSummary clean(const std::vector<ScanItem>& items,
-                   const Cleaner& cleaner,
-                   bool json,
-                   const CancelToken& cancel) {
-    return servedByMainThread([&] {
-        CleaningView view(items, !json);
-        cleaner.run(
-            items, [&](const CleanEvent& event) { std::visit(view, event.choice); }, cancel);
-        return view.takeSummary();
-    });
+/// Cleans what the session holds. After a cancellation what is under way ends, and nothing further
+/// begins.
+CleanSummary clean(CommandState& state, bool json, const CancelToken& cancel) {
+    CleaningSession& session = *state.model().session();
+    const CleaningView view(session, !json);
+    state.model().startCleaning();
+    const CancelCallback onCancel =
+        cancel.onCancel([&state, &session] { state.post([&session] { session.windUp(); }); });
+    CommandState::runUntil([&] { return session.phase() == CleaningSession::Phase::finished; });
+    return *session.summary();
 }
 
 bool isAllWell(const CleanSummary& summary) {
@@ -190,16 +167,15 @@ int printSummary(const CleanSummary& summary, const std::vector<ScanItem>& items
     return printResult(resultText(summary, items, terminalOf(stdout)));
 }
 
-int cleanConfirmed(const std::vector<ScanItem>& items,
-                   const Cleaner& cleaner,
-                   bool json,
-                   const CancelToken& cancel) {
-    const CleanSummary summary = clean(items, cleaner, json, cancel);
+int cleanConfirmed(CommandState& state, bool json, const CancelToken& cancel) {
+    const CleanSummary summary = clean(state, json, cancel);
+    const std::vector<ScanItem>& items = state.model().session()->items();
     const bool stopped = cancel.isCancelled();
     const int printed = printSummary(summary, items, json);
     if (stopped)
-        fmt::print(stderr, "The cleaning was stopped; {} of {} were not begun.\n",
-                   items.size() - summary.outcomes.size(), counted(items.size(), "item", "items"));
+        writeAll(stderr, fmt::format("The cleaning was stopped; {} of {} were not begun.\n",
+                                     items.size() - summary.outcomes.size(),
+                                     counted(items.size(), "item", "items")));
     if (printed != doneStatus)
         return printed;
     if (stopped)
@@ -207,62 +183,78 @@ int cleanConfirmed(const std::vector<ScanItem>& items,
     return isAllWell(summary) ? doneStatus : failedStatus;
 }
 
+/// Shows what is about to happen and asks, as far as the options say; absent when it may go on,
+/// else the exit status.
+std::optional<int> review(const std::vector<ScanItem>& items,
+                          const CleanOptions& options,
+                          const CancelToken& cancel) {
+    const bool asks = !options.isConfirmed;
+    if (!options.json) {
+        const int printed = printResult(reviewText(items, terminalOf(stdout)) + "\n");
+        if (printed != doneStatus)
+            return printed;
+    } else if (asks) {
+        writeAll(stderr, reviewText(items, terminalOf(stderr)) + "\n");
+    }
+    if (!asks || isConfirmed(items, cancel))
+        return std::nullopt;
+    writeAll(stderr, "Nothing was cleaned.\n");
+    return refusedStatus;
+}
+
 } // namespace
 
-Result<std::vector<ScanItem>, std::string> itemsToClean(const ScanReport& report,
-                                                        const CleanOptions& options) {
-    auto items = itemsWithIds(report.items, options.ids);
-    if (!items)
-        return items;
-    if (options.recommended)
-        std::ranges::copy_if(report.items, std::back_inserter(*items), [](const ScanItem& item) {
-            return item.decision == Decision::clean && item.method.isExecutable();
+Result<std::vector<std::string>, std::string> idsToClean(const std::vector<ScanItem>& items,
+                                                         const std::vector<std::string>& given) {
+    std::vector<std::string> ids;
+    for (const std::string& id : given) {
+        // On the command line an id can hold only what JSON shows of a name that is not UTF-8.
+        const auto item = std::ranges::find_if(items, [&](const ScanItem& each) {
+            return each.id == id || repairedUTF8(each.id) == id;
         });
-    std::ranges::stable_sort(*items, std::ranges::greater(), &ScanItem::sizeBytes);
-    return items;
+        if (item == items.end())
+            return Failure(fmt::format(
+                "no item has the id \"{}\"; tidewright scan --json shows all ids.", id));
+        if (auto reason = obstacle(*item))
+            return Failure(std::move(*reason));
+        ids.push_back(item->id);
+    }
+    return ids;
 }
 
 int runClean(const ScanOptions& scanOptions, const CleanOptions& options) {
     if (options.recommended != options.ids.empty())
         return usageError("say what to clean: either --recommended, or --id with the id of an "
                           "item. See tidewright clean --help.");
-    const bool asks = !options.dryRun && !options.isConfirmed;
-    if (asks && !canAsk()) {
-        fmt::print(stderr, "tidewright: nothing is cleaned without a confirmation, and there is no "
-                           "terminal to ask on. Add --yes to confirm, or --dry-run to see what "
-                           "would be cleaned.\n");
+    if (!options.dryRun && !options.isConfirmed && !canAsk()) {
+        writeAll(stderr, "tidewright: nothing is cleaned without a confirmation, and there is no "
+                         "terminal to ask on. Add --yes to confirm, or --dry-run to see what "
+                         "would be cleaned.\n");
         return refusedStatus;
     }
-    const auto scanner = makeScanner(scanOptions);
-    if (!scanner)
-        return usageError(scanner.error());
+    const Interrupt interrupt; // until what is under way has ended
+    const auto state = CommandState::make(scanOptions);
+    if (!state)
+        return usageError(state.error());
     // A reader of the output that goes away must not end the program in the middle of an item.
     std::signal(SIGPIPE, SIG_IGN);
-    const Interrupt interrupt;
-    const auto report = scanForCommand(*scanner, interrupt.token());
+    const auto report = scanForCommand(**state, interrupt.token());
     if (!report)
         return report.error();
-    const auto items = itemsToClean(*report, options);
-    if (!items)
-        return usageError(items.error());
-    if (items->empty())
-        return sayNothingToClean(*report, options);
+    const auto ids = idsToClean((*report)->items, options.ids);
+    if (!ids)
+        return usageError(ids.error());
+    AppModel& model = (*state)->model();
+    options.recommended ? model.reviewSelection() : model.review(*ids);
+    if (model.session() == nullptr)
+        return sayNothingToClean(**report, options);
 
-    const Cleaner cleaner = cleanerFor(*scanner, *report);
+    const std::vector<ScanItem>& items = model.session()->items();
     if (options.dryRun)
-        return tryOut(*items, cleaner, options.json);
-    if (!options.json) {
-        const int printed = printResult(reviewText(*items, terminalOf(stdout)) + "\n");
-        if (printed != doneStatus)
-            return printed;
-    } else if (asks) {
-        writeAll(stderr, reviewText(*items, terminalOf(stderr)) + "\n");
-    }
-    if (asks && !isConfirmed(*items, interrupt.token())) {
-        fmt::print(stderr, "Nothing was cleaned.\n");
-        return refusedStatus;
-    }
-    return cleanConfirmed(*items, cleaner, options.json, interrupt.token());
+        return tryOut(items, model.cleaner(), options.json);
+    if (const auto ended = review(items, options, interrupt.token()))
+        return *ended;
+    return cleanConfirmed(**state, options.json, interrupt.token());
 }
 
 } // namespace tidewright

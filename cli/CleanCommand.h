@@ -1,7 +1,7 @@
 // `tidewright clean`: scans, shows what it would clean, asks, cleans, and says what became of it.
 #pragma once
 
-#include "cli/Scanning.h"
+#include "cli/CommandState.h"
 
 namespace tidewright {
 
@@ -13,10 +13,10 @@ struct CleanOptions {
     bool json = false;
 };
 
-/// The items to clean, largest first; the error is a sentence for the user. One id that can't be
+/// The ids of the items that were meant; the error is a sentence for the user. One that can't be
 /// cleaned refuses them all.
-Result<std::vector<ScanItem>, std::string> itemsToClean(const ScanReport& report,
-                                                        const CleanOptions& options);
+Result<std::vector<std::string>, std::string> idsToClean(const std::vector<ScanItem>& items,
+                                                         const std::vector<std::string>& given);
 
 /// Returns the exit status.
 int runClean(const ScanOptions& scanOptions, const CleanOptions& options);

@@ -146,7 +146,7 @@ private:
         const Int64 all = bytesOf(m_items);
         Int64 trash = 0;
         for (const ScanItem& item : m_items)
-            if (std::holds_alternative<CleanMethod::Trash>(item.method.choice))
+            if (item.method.isTrash())
                 trash += item.sizeBytes;
         m_text += "\n";
         figure(all, "to free", Ink::bold);

@@ -1,17 +1,21 @@
 #include "cli/CommandLine.h"
 
 #include "cli/CheckCommand.h"
-#include "cli/CleanCommand.h"
 #include "cli/ExitStatus.h"
 #include "cli/ExplainCommand.h"
+#include "cli/Grammar.h"
+#include "cli/HistoryCommand.h"
 #include "cli/ProjectsCommand.h"
 #include "cli/RulesCommand.h"
 #include "cli/ScanCommand.h"
+#include "cli/StatusCommand.h"
+#include "cli/Terminal.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -45,26 +49,6 @@ std::string sentenceOf(const CLI::App& app,
     return sentence + ". See tidewright --help.";
 }
 
-void addScanOptions(CLI::App& command, ScanOptions& options) {
-    command.add_option("--root", options.roots, "Look for projects in this folder (repeatable)")
-        ->option_text("DIR")
-        ->allow_extra_args(false);
-    command.add_option("--exclude", options.exclusions, "Leave this location alone (repeatable)")
-        ->option_text("DIR")
-        ->allow_extra_args(false);
-}
-
-void addCleanOptions(CLI::App& command, CleanOptions& options) {
-    command.add_flag("--recommended", options.recommended, "Clean everything that is recommended");
-    command
-        .add_option("--id", options.ids, "Clean this item; scan --json shows the ids (repeatable)")
-        ->option_text("ID")
-        ->allow_extra_args(false);
-    command.add_flag("--dry-run", options.dryRun,
-                     "Show and check what would be cleaned; touch nothing");
-    command.add_flag("--yes", options.isConfirmed, "Don't ask: clean at once");
-}
-
 /// The library takes a path of the form "[a,b]" for a list; "./[a,b]" is the same path.
 std::vector<std::string> withoutLists(std::vector<std::string> arguments) {
     if (arguments.empty() || arguments.front() != "check")
@@ -75,67 +59,47 @@ std::vector<std::string> withoutLists(std::vector<std::string> arguments) {
     return arguments;
 }
 
+int run(std::string_view command, Request request) {
+    const bool json = request.json;
+    request.clean.json = json;
+    request.settings.json = json;
+    if (command == "scan")
+        return runScan(request.scan, json);
+    if (command == "explain")
+        return runExplain(request.scan, request.id, json);
+    if (command == "clean")
+        return runClean(request.scan, request.clean);
+    if (command == "check")
+        return runCheck(request.paths, request.isProjectItem, json);
+    if (command == "projects")
+        return runProjects(request.scan, json);
+    if (command == "status")
+        return runStatus(json);
+    if (command == "history")
+        return runHistory(json);
+    return command == "settings" ? runSettings(request.settings) : runRules(json);
+}
+
 } // namespace
 
 int runCommandLine(int argumentCount, const char* const* arguments) {
-    CLI::App app("Tidewright finds what developers can clean up without breaking their work.",
-                 "tidewright");
-    app.set_version_flag("--version", "tidewright " TIDEWRIGHT_VERSION);
-    app.require_subcommand(1);
-
-    // Only one command is run, so they share the values of their options.
-    ScanOptions options;
-    std::string id;
-    bool json = false;
-    const auto addCommand = [&](const char* name, const char* description) {
-        CLI::App* command = app.add_subcommand(name, description);
-        command->add_flag("--json", json, "Print one JSON document");
-        return command;
-    };
-    CLI::App* scan =
-        addCommand("scan", "Scan the home folder and print what was found; changes nothing");
-    addScanOptions(*scan, options);
-    CLI::App* explain = addCommand("explain", "Scan and tell everything about one item");
-    addScanOptions(*explain, options);
-    explain->add_option("ID", id, "The item's id, as scan --json shows it")->required();
-    CLI::App* projects = addCommand("projects", "List the projects found and what each needs");
-    addScanOptions(*projects, options);
-    CLI::App* clean =
-        addCommand("clean", "Scan, show what can be cleaned, ask, and clean it; every path is "
-                            "checked once more before it is touched");
-    addScanOptions(*clean, options);
-    CleanOptions cleanOptions;
-    addCleanOptions(*clean, cleanOptions);
-    CLI::App* check = addCommand("check", "Say of each path whether it may be cleaned at all, and "
-                                          "if not, why");
-    std::vector<std::string> paths;
-    bool isProjectItem = false;
-    check->add_option("PATH", paths, "What to judge; nothing is touched")->required();
-    check->add_flag("--project-item", isProjectItem,
-                    "Judge it as something inside a project that was picked on purpose");
-    addCommand("rules", "List what is looked for");
-
+    if (!holdStandardStreams())
+        return failedStatus;
+    Grammar grammar;
+    CLI::App& app = grammar.app();
     const std::vector<std::string> given(arguments + 1, arguments + argumentCount);
     try {
         std::vector<std::string> words = withoutLists(given);
         std::ranges::reverse(words); // as the library wants them
         app.parse(std::move(words));
     } catch (const CLI::Success& success) { // --help and --version
-        return app.exit(success);
+        std::ostringstream text;
+        app.exit(success, text, text);
+        return printResult(text.str());
     } catch (const CLI::ParseError& error) {
         return usageError(sentenceOf(app, error, given));
     }
-    if (scan->parsed())
-        return runScan(options, json);
-    if (explain->parsed())
-        return runExplain(options, id, json);
-    if (clean->parsed()) {
-        cleanOptions.json = json;
-        return runClean(options, cleanOptions);
-    }
-    if (check->parsed())
-        return runCheck(paths, isProjectItem, json);
-    return projects->parsed() ? runProjects(options, json) : runRules(json);
+    return run(app.get_subcommands().front()->get_name(), grammar.request());
 }
 
 } // namespace tidewright

@@ -1,4 +1,4 @@
-// The grammar of the command line: which commands there are and what they take.
+// The command line: from what was typed to the command that it names.
 #pragma once
 
 namespace tidewright {

@@ -11,15 +11,15 @@
 namespace tidewright {
 
 int usageError(std::string_view sentence) {
-    fmt::print(stderr, "tidewright: {}\n", printable(sentence));
+    writeAll(stderr, fmt::format("tidewright: {}\n", printable(sentence)));
     return usageStatus;
 }
 
 int printResult(std::string_view text) {
     if (writeAll(stdout, text))
         return doneStatus;
-    fmt::print(stderr, "tidewright: the result could not be written: {}.\n",
-               std::generic_category().message(errno));
+    writeAll(stderr, fmt::format("tidewright: the result could not be written: {}.\n",
+                                 std::generic_category().message(errno)));
     return failedStatus;
 }
 

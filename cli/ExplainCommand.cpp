@@ -1,6 +1,7 @@
 #include "cli/ExplainCommand.h"
 
 #include "cli/ExitStatus.h"
+#include "cli/Scanning.h"
 #include "core/model/Coding.h"
 #include "core/support/Text.h"
 
@@ -23,8 +24,7 @@ std::string methodText(const CleanMethod& method) {
     }
     if (const auto* manual = std::get_if<CleanMethod::Manual>(&method.choice))
         return manual->text;
-    return std::holds_alternative<CleanMethod::Trash>(method.choice) ? "Moves it to the Trash."
-                                                                     : "Removes it.";
+    return method.isTrash() ? "Moves it to the Trash." : "Removes it.";
 }
 
 std::string decisionText(Decision decision) {
@@ -97,10 +97,10 @@ int runExplain(const ScanOptions& options, const std::string& id, bool json) {
     if (!report)
         return report.error();
     // On the command line an id can hold only what JSON shows of a name that is not UTF-8.
-    const auto item = std::ranges::find_if(report->items, [&](const ScanItem& each) {
+    const auto item = std::ranges::find_if((*report)->items, [&](const ScanItem& each) {
         return each.id == id || repairedUTF8(each.id) == id;
     });
-    if (item == report->items.end())
+    if (item == (*report)->items.end())
         return usageError(
             fmt::format("no item has the id \"{}\"; tidewright scan --json shows all ids.", id));
     if (json)

@@ -1,7 +1,7 @@
 // `tidewright explain ID`: everything about one item.
 #pragma once
 
-#include "cli/Scanning.h"
+#include "cli/CommandState.h"
 #include "cli/Terminal.h"
 
 namespace tidewright {

@@ -1,7 +1,7 @@
 #include "cli/ProjectsCommand.h"
 
 #include "cli/ExitStatus.h"
-#include "cli/Interrupt.h"
+#include "cli/Scanning.h"
 #include "core/model/Coding.h"
 #include "core/support/Text.h"
 
@@ -63,18 +63,15 @@ std::string projectsText(const std::vector<Project>& projects, Date now, const T
 }
 
 int runProjects(const ScanOptions& options, bool json) {
-    const auto scanner = makeScanner(options);
-    if (!scanner)
-        return usageError(scanner.error());
-    const Interrupt interrupt;
-    const std::vector<Project> projects = scanner->findProjects(interrupt.token()).projects;
-    if (interrupt.token().isCancelled()) {
-        fmt::print(stderr, "The search was stopped.\n");
-        return interruptedStatus;
-    }
+    const auto state = CommandState::make(options);
+    if (!state)
+        return usageError(state.error());
+    const auto projects = findProjectsForCommand(**state);
+    if (!projects)
+        return projects.error();
     if (json)
-        return printJson(encode(projects, commandLineStyle));
-    return printResult(projectsText(projects, currentDate(), terminalOf(stdout)));
+        return printJson(encode(*projects, commandLineStyle));
+    return printResult(projectsText(*projects, currentDate(), terminalOf(stdout)));
 }
 
 } // namespace tidewright

@@ -1,7 +1,7 @@
 // `tidewright projects`: the projects found and what each needs, with the source of each need.
 #pragma once
 
-#include "cli/Scanning.h"
+#include "cli/CommandState.h"
 #include "cli/Terminal.h"
 
 namespace tidewright {

@@ -2,6 +2,7 @@
 
 #include "cli/ExitStatus.h"
 #include "cli/ReportText.h"
+#include "cli/Scanning.h"
 #include "core/model/Coding.h"
 
 namespace tidewright {
@@ -11,8 +12,8 @@ int runScan(const ScanOptions& options, bool json) {
     if (!report)
         return report.error();
     if (json)
-        return printJson(encode(*report, commandLineStyle));
-    return printResult(reportText(*report, terminalOf(stdout)));
+        return printJson(encode(**report, commandLineStyle));
+    return printResult(reportText(**report, terminalOf(stdout)));
 }
 
 } // namespace tidewright

@@ -1,7 +1,7 @@
 // `tidewright scan`: scans the home folder and prints the report.
 #pragma once
 
-#include "cli/Scanning.h"
+#include "cli/CommandState.h"
 
 namespace tidewright {
 

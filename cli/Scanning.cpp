@@ -2,12 +2,8 @@
 
 #include "cli/ExitStatus.h"
 #include "cli/Interrupt.h"
-#include "cli/MainThreadQueue.h"
-#include "cli/Paths.h"
 #include "cli/ProgressBar.h"
-#include "cli/Tools.h"
-#include "core/platform/StandardFolders.h"
-#include "core/scan/RuleCatalog.h"
+#include "cli/Terminal.h"
 
 #include <fmt/format.h>
 
@@ -15,52 +11,54 @@ namespace tidewright {
 
 namespace {
 
-/// The thresholds that the program is delivered with.
-ScanSettings factorySettings() {
-    ScanSettings settings;
-    settings.dormantProjectDays = 60;
-    settings.unusedAppDays = 90;
-    settings.oldDownloadDays = 30;
-    settings.lowSpaceThreshold = 25 * gigabyte;
-    settings.criticalSpaceThreshold = 10 * gigabyte;
-    settings.largeTrashThreshold = 5 * gigabyte;
-    return settings;
+/// Scans with a bar until the end, which after a cancellation is that of all its threads.
+void scan(CommandState& state, const CancelToken& cancel) {
+    AppModel& model = state.model();
+    ProgressBar bar(stderr);
+    const QObject shown;
+    QObject::connect(&model, &AppModel::scanStateChanged, &shown, [&] {
+        if (const auto* scanning = std::get_if<ScanState::Scanning>(&model.scanState().choice))
+            bar.show(scanning->progress);
+    });
+    const CancelCallback onCancel =
+        cancel.onCancel([&state, &model] { state.post([&model] { model.cancelScan(); }); });
+    model.scan();
+    CommandState::runUntil([&] { return !model.isScanning(); });
+    if (cancel.isCancelled())
+        state.waitForWork();
 }
 
 } // namespace
 
-Result<DiskScanner, std::string> makeScanner(const ScanOptions& options) {
-    ScanSettings settings = factorySettings();
-    for (const std::string& root : options.roots) {
-        auto folder = existingFolder(root);
-        if (!folder)
-            return Failure(folder.error());
-        settings.projectRoots.push_back(std::move(*folder));
+Result<std::shared_ptr<const ScanReport>, int> scanForCommand(CommandState& state,
+                                                              const CancelToken& cancel) {
+    scan(state, cancel);
+    const AppModel& model = state.model();
+    if (const auto* failed = std::get_if<ScanState::Failed>(&model.scanState().choice)) {
+        writeAll(stderr, fmt::format("tidewright: {}\n", failed->sentence));
+        return Failure(failedStatus);
     }
-    for (const std::string& excluded : options.exclusions)
-        settings.exclusions.push_back(absolute(excluded));
-    const URL home = homeDirectory();
-    return DiskScanner(std::move(settings), home, RuleCatalog::all(),
-                       runnerFor(home, processEnvironment()));
-}
-
-Result<ScanReport, int> scanForCommand(const DiskScanner& scanner, const CancelToken& cancel) {
-    auto report = servedByMainThread([&] {
-        ProgressBar bar(stderr);
-        return scanner.scan([&](const ScanProgress& progress) { bar.show(progress); }, cancel);
-    });
-    if (report)
-        return std::move(*report);
-    fmt::print(stderr, "The scan was stopped. Nothing was changed.\n");
+    if (!cancel.isCancelled() && model.report())
+        return model.report();
+    writeAll(stderr, "The scan was stopped. Nothing was changed.\n");
     return Failure(interruptedStatus);
 }
 
-Result<ScanReport, int> scanForCommand(const ScanOptions& options) {
-    const auto scanner = makeScanner(options);
-    if (!scanner)
-        return Failure(usageError(scanner.error()));
+Result<std::shared_ptr<const ScanReport>, int> scanForCommand(const ScanOptions& options) {
+    const Interrupt interrupt; // until what is under way has ended
+    const auto state = CommandState::make(options);
+    if (!state)
+        return Failure(usageError(state.error()));
+    return scanForCommand(**state, interrupt.token());
+}
+
+Result<std::vector<Project>, int> findProjectsForCommand(CommandState& state) {
     const Interrupt interrupt;
-    return scanForCommand(*scanner, interrupt.token());
+    auto found = state.model().scanner().findProjects(interrupt.token());
+    if (!interrupt.token().isCancelled())
+        return std::move(found.projects);
+    writeAll(stderr, "The search for projects was stopped.\n");
+    return Failure(interruptedStatus);
 }
 
 } // namespace tidewright

@@ -1,5 +1,6 @@
 #include "cli/Terminal.h"
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -58,6 +59,18 @@ std::string Terminal::inked(Ink ink, std::string_view text) const {
     if (!hasColour || ink == Ink::plain)
         return std::string(text);
     return std::string(escapeOf(ink)).append(text).append("\x1b[0m");
+}
+
+bool holdStandardStreams() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) != -1)
+            continue;
+        // For the direction that is of no use; the lowest descriptor that is free is this one.
+        const int flags = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        if (open("/dev/null", flags) != descriptor)
+            return false;
+    }
+    return true;
 }
 
 Terminal terminalOf(std::FILE* stream) {

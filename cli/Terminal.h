@@ -18,6 +18,11 @@ struct Terminal {
     std::string inked(Ink ink, std::string_view text) const;
 };
 
+/// To be called first: a standard stream that the caller has closed becomes one on which nothing
+/// can be read or written. Otherwise the next file that is opened would take its place, and get
+/// what is meant for people. False where that can't be done.
+bool holdStandardStreams();
+
 /// The terminal behind a standard stream, as it is now.
 Terminal terminalOf(std::FILE* stream);
 

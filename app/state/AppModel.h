@@ -2,10 +2,9 @@
 // shown, the last scan, what the user has selected, and the cleanup under review.
 #pragma once
 
+#include "app/state/AppEnvironment.h"
 #include "app/state/CleaningSession.h"
-#include "app/state/DiskMonitor.h"
 #include "app/state/HistoryStore.h"
-#include "core/scan/DiskScanner.h"
 
 #include <unordered_set>
 
@@ -66,32 +65,6 @@ struct ScanState {
     std::variant<Idle, Scanning, Ready, Failed> choice;
 
     bool operator==(const ScanState&) const = default;
-};
-
-/// Why there is no report.
-struct ScanFailure {
-    std::optional<std::string> sentence; ///< for the user; absent: it was cancelled
-};
-
-/// What the model needs of the machine. Tests and the command line replace parts of it.
-struct AppEnvironment {
-    URL home;
-    URL temporaryDirectory;
-    URL historyDirectory;  ///< holds the history file
-    URL auditLogDirectory; ///< holds the logs of cleanups
-    std::vector<CleanupRule> rules;
-    ShellRunner runner;
-    std::function<bool()> hasFullDiskAccess;
-    DiskMonitorSystem monitorSystem;
-    /// Shows the locations in the file manager.
-    std::function<void(const std::vector<URL>&)> reveal;
-    /// On another thread.
-    std::function<Result<ScanReport, ScanFailure>(
-        const DiskScanner&, const DiskScanner::Progress&, const CancelToken&)>
-        scan;
-
-    /// Of the user whose process this is.
-    static AppEnvironment current();
 };
 
 /// Main thread only. Operations return at once; what they start comes back later, and not at all
@@ -157,6 +130,8 @@ public:
     /// Shows those of the locations that exist in the file manager.
     void reveal(const std::vector<URL>& urls);
 
+    /// What may be touched when these are the projects.
+    PathPolicy policy(const std::vector<Project>& projects) const;
     /// What `startCleaning` cleans with; there must be a report.
     Cleaner cleaner() const;
     /// What `scan` scans with.
@@ -171,11 +146,17 @@ Q_SIGNALS:
     void hasFullDiskAccessChanged();
 
 private:
+    using ScanResult = Result<std::shared_ptr<const ScanReport>, ScanFailure>;
+
     void setScanState(ScanState state);
     void setSession(std::shared_ptr<CleaningSession> session);
     void setReport(std::shared_ptr<const ScanReport> report);
-    void endScan(Result<ScanReport, ScanFailure> result);
+    void endScan(const ScanResult& result);
+    void leaveScanning();
+    bool isChosen(const ScanItem& item) const;
+    void endCleaning(const CleanSummary& summary, CleaningSession* session);
     void applyResults(const CleanSummary& summary);
+    void setSelection(std::unordered_set<std::string> selection);
 
     AppEnvironment m_environment;
     Workers& m_workers;

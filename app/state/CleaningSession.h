@@ -51,6 +51,7 @@ public:
     Int64 permanentBytes() const; ///< of what is gone for good
     Int64 trashBytes() const;     ///< of what goes to the Trash
     /// Items to check or leave, and items of projects.
+    static bool needsAttention(const ScanItem& item);
     std::vector<ScanItem> needsAttention() const;
     std::size_t completedCount() const { return m_completedCount; }
 
@@ -74,6 +75,7 @@ Q_SIGNALS:
 
 private:
     void hear(const CleanEvent& event);
+    void setState(const std::string& itemID, ItemState state);
 
     std::string m_id;
     std::vector<ScanItem> m_items;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "app/platform/Notifications.h"
-#include "app/platform/WakeUp.h"
 #include "app/state/SettingsStore.h"
 #include "app/state/Workers.h"
 #include "core/model/DiskSpace.h"
@@ -21,6 +20,11 @@ struct DiskMonitorSystem {
     std::function<Date()> now;
     /// Posts, and tells later on the main thread whether it was accepted.
     std::function<void(const Notification&, std::function<void(bool)>)> post;
+    /// Has the function called whenever the system has woken up, while the object exists.
+    std::function<void(QObject*, std::function<void()>)> onWakeUp;
+
+    /// The machine of the user whose process this is.
+    static DiskMonitorSystem current();
 };
 
 /// Main thread only.
@@ -58,6 +62,15 @@ Q_SIGNALS:
     void healthChanged();
 
 private:
+    void setDisk(std::optional<DiskSpace> disk);
+    void endRefresh(std::optional<Int64> trashBytes, const std::function<void()>& done);
+    void updateHealth();
+    std::optional<Notification> aboutSpace() const;
+    std::optional<Notification> aboutTrash() const;
+    void notifyIfNeeded(const std::function<void()>& done);
+    void post(const std::optional<Notification>& notification, std::function<void()> done);
+    bool isQuiet(const QString& id) const;
+
     SettingsStore& m_settings;
     DefaultsStore& m_defaults;
     Workers& m_workers;
@@ -65,7 +78,11 @@ private:
     std::optional<DiskSpace> m_disk;
     std::optional<Int64> m_trashBytes;
     std::optional<Date> m_lastChecked;
-    CancelSource m_cancel; ///< of what is being measured when this ends
+    DiskSpace::Health m_lastHealth = DiskSpace::Health::good; ///< that was told
+    QTimer m_timer{this};
+    bool m_isStarted = false;
+    QSet<QString> m_posting; ///< notifications on their way
+    CancelSource m_cancel;   ///< of what is being measured when this ends
 };
 
 } // namespace tidewright

@@ -1,9 +1,28 @@
 #include "app/state/Workers.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+
 namespace tidewright {
 
+/// What the event loop knows of this. The functions themselves don't go through Qt: what passes
+/// between threads is seen to be guarded by one mutex of ours.
+class Workers::Loop : public QObject {
+public:
+    explicit Loop(Workers& workers) : m_workers(workers) {}
+
+    void wake() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+
+protected:
+    void customEvent(QEvent*) override { m_workers.runNext(); }
+
+private:
+    Workers& m_workers;
+};
+
 Workers::Workers()
-    : m_mainThread([this](std::function<void()> function) { post(std::move(function)); }) {}
+    : m_loop(std::make_unique<Loop>(*this)),
+      m_mainThread([this](std::function<void()> function) { post(std::move(function)); }) {}
 
 Workers::~Workers() {
     while (!m_tasks.empty()) {
@@ -27,8 +46,7 @@ void Workers::post(std::function<void()> function) {
     const std::lock_guard lock(m_mutex);
     m_functions.push_back(std::move(function));
     m_posted.notify_one();
-    QMetaObject::invokeMethod(
-        &m_loop, [this] { runNext(); }, Qt::QueuedConnection);
+    m_loop->wake();
 }
 
 void Workers::runNext() {

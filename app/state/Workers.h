@@ -7,7 +7,6 @@
 #include "core/support/ChildTask.h"
 #include "core/support/MainThread.h"
 
-#include <QObject>
 #include <QPointer>
 
 #include <functional>
@@ -27,6 +26,9 @@ public:
     /// Starts `work` on a thread of its own; on the main thread. It must not throw.
     void start(std::function<void()> work);
 
+    /// Whether all work has ended; on the main thread.
+    bool isIdle() const { return m_tasks.empty(); }
+
     /// From any thread: runs `function` soon on the main thread.
     void post(std::function<void()> function);
 
@@ -40,9 +42,11 @@ public:
     }
 
 private:
+    class Loop;
+
     void runNext();
 
-    QObject m_loop; ///< what the event loop knows of this
+    std::unique_ptr<Loop> m_loop;
     std::mutex m_mutex;
     std::condition_variable m_posted;
     std::deque<std::function<void()>> m_functions;

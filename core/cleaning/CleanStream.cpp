@@ -56,4 +56,6 @@ void CleanStream::cancel() {
     m_state->end();
 }
 
+void CleanStream::windUp() { m_state->source.cancel(); }
+
 } // namespace tidewright

@@ -48,6 +48,10 @@ public:
     /// be read, what comes later can't, `completed` included. From any thread.
     void cancel();
 
+    /// Has the cleanup begin nothing further; everything it says can be read, `completed` included.
+    /// From any thread.
+    void windUp();
+
 private:
     struct State;
     std::unique_ptr<State> m_state;

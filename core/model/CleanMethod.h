@@ -58,6 +58,7 @@ struct CleanMethod {
     static CleanMethod command(ShellCommand command) { return {Command{std::move(command)}}; }
     static CleanMethod manual(std::string text) { return {Manual{std::move(text)}}; }
 
+    bool isTrash() const { return std::holds_alternative<Trash>(choice); }
     bool isExecutable() const { return !std::holds_alternative<Manual>(choice); }
 
     /// "Move to Trash" and the like: the heading under which such items are reviewed.

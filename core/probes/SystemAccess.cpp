@@ -20,11 +20,11 @@ bool hasFullDiskAccess(const URL& home) {
            isReadableFile(home.appending(safari));
 }
 
-std::optional<Int64> trashSize(const URL& home) {
+std::optional<Int64> trashSize(const URL& home, const CancelToken& cancel) {
     const URL folder = home.appending(trash);
     if (!readDirectory(folder))
         return std::nullopt;
-    return DirectorySizer().size(folder);
+    return DirectorySizer().size(folder, cancel);
 }
 
 } // namespace tidewright::SystemAccess

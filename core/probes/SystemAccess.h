@@ -4,6 +4,7 @@
 
 #include "core/platform/StandardFolders.h"
 #include "core/support/Bytes.h"
+#include "core/support/CancelToken.h"
 
 #include <optional>
 
@@ -17,7 +18,7 @@ inline constexpr std::string_view fullDiskAccessSettingsURL =
 bool hasFullDiskAccess(const URL& home = homeDirectory());
 
 /// The allocated bytes of the Trash, the folder itself included; absent when it may not be listed.
-/// Can take long; any thread.
-std::optional<Int64> trashSize(const URL& home);
+/// Can take long; any thread. After a cancellation it is what was counted until then.
+std::optional<Int64> trashSize(const URL& home, const CancelToken& cancel = CancelToken());
 
 } // namespace tidewright::SystemAccess

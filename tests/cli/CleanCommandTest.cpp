@@ -130,41 +130,23 @@ ScanItem item(const std::string& id, Int64 bytes, Decision decision, CleanMethod
     return result;
 }
 
-ScanReport everyKind() {
-    ScanReport report;
-    report.items = {item("small", 1, Decision::clean, CleanMethod::remove()),
-                    item("ask", 5, Decision::ask, CleanMethod::trash()),
-                    item("keep", 6, Decision::keep, CleanMethod::remove()),
-                    item("info", 7, Decision::info, CleanMethod::manual("By it.")),
-                    item("manual", 8, Decision::clean, CleanMethod::manual("Do it yourself.")),
-                    item("great", 9, Decision::clean, CleanMethod::command({})),
-                    item("equal", 1, Decision::clean, CleanMethod::trash()),
-                    item("bad\xff", 2, Decision::clean, CleanMethod::remove())};
-    return report;
+std::vector<ScanItem> everyKind() {
+    return {item("small", 1, Decision::clean, CleanMethod::remove()),
+            item("ask", 5, Decision::ask, CleanMethod::trash()),
+            item("keep", 6, Decision::keep, CleanMethod::remove()),
+            item("info", 7, Decision::info, CleanMethod::manual("By it.")),
+            item("manual", 8, Decision::clean, CleanMethod::manual("Do it yourself.")),
+            item("bad\xff", 2, Decision::clean, CleanMethod::remove())};
 }
 
-std::vector<std::string> idsOf(const Result<std::vector<ScanItem>, std::string>& items) {
-    std::vector<std::string> ids;
-    if (!items)
-        return {items.error()};
-    for (const ScanItem& each : *items)
-        ids.push_back(each.id);
-    return ids;
+using Ids = std::vector<std::string>;
+
+TEST(IdsToClean, AreThoseOfTheItemsThatAreMeant) {
+    EXPECT_EQ(idsToClean(everyKind(), {"small", "ask"}), (Ids{"small", "ask"}));
+    EXPECT_EQ(idsToClean(everyKind(), {"bad\uFFFD", "bad\xff"}), (Ids{"bad\xff", "bad\xff"}));
 }
 
-TEST(ItemsToClean, AllThatAreRecommendedLargestFirst) {
-    EXPECT_THAT(idsOf(itemsToClean(everyKind(), {.recommended = true})),
-                ElementsAre("great", "bad\xff", "small", "equal"));
-}
-
-TEST(ItemsToClean, ThoseThatAreNamedOnceEach) {
-    EXPECT_THAT(idsOf(itemsToClean(everyKind(), {.ids = {"small", "ask", "small", "great"}})),
-                ElementsAre("great", "ask", "small"));
-    EXPECT_THAT(idsOf(itemsToClean(everyKind(), {.ids = {"bad\uFFFD", "bad\xff"}})),
-                ElementsAre("bad\xff"));
-}
-
-TEST(ItemsToClean, NoneWhenOneOfThemCannotBeCleaned) {
+TEST(IdsToClean, AreNoneWhenOneOfThemCannotBeCleaned) {
     const std::vector<std::pair<std::string, std::string>> refusals{
         {"nope", "no item has the id \"nope\"; tidewright scan --json shows all ids."},
         {"", "no item has the id \"\"; tidewright scan --json shows all ids."},
@@ -172,9 +154,11 @@ TEST(ItemsToClean, NoneWhenOneOfThemCannotBeCleaned) {
         {"info", "Title of info is shown for information only: Because of it."},
         {"manual", "Title of manual is cleaned by hand: Do it yourself."},
     };
-    for (const auto& [id, sentence] : refusals)
-        EXPECT_THAT(idsOf(itemsToClean(everyKind(), {.ids = {"small", id}})),
-                    ElementsAre(sentence));
+    for (const auto& [id, sentence] : refusals) {
+        const auto ids = idsToClean(everyKind(), {"small", id});
+        ASSERT_FALSE(ids) << id;
+        EXPECT_EQ(ids.error(), sentence);
+    }
 }
 
 // Wrong usage and refusals

@@ -1,9 +1,9 @@
 // The whole loop in a sample home, as a person would go through it: scan, clean, look again.
 
-#include "cli/Tools.h"
 #include "core/model/CleanSummary.h"
 #include "core/model/Coding.h"
 #include "core/model/ScanReport.h"
+#include "core/probes/Tools.h"
 #include "core/scan/DirectorySizer.h"
 #include "core/support/Text.h"
 #include "samples/SampleHome.h"
@@ -124,7 +124,8 @@ TEST_F(CleanLoop, CleansAllThatIsRecommendedAndNothingElse) {
 
     // The stand-in tools delete these; what is theirs has no location or is only thinned out.
     std::vector<URL> mayGo{m_home.appending("Library/pnpm/store/v3/files/a9"),
-                           m_home.appending(".local/state")}; // the audit log
+                           m_home.appending(".local/state"),             // the audit log
+                           m_home.appending(".local/share/Tidewright")}; // the history
     for (const char* device :
          {"11F4B6D8-0A2C-4E3F-8B5D-7C9E1A3F5B01", "22A5C7E9-1B3D-4F40-9C6E-8DAF2B406C12"})
         mayGo.push_back(

@@ -17,10 +17,10 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 20> names{
-    "open",  "openat",    "openat2",  "fdopendir", "readdir",    "fstat",   "fstatat",
-    "statx", "unlinkat",  "unlink",   "renameat2", "renameat",   "mkdirat", "mkdir",
-    "write", "ftruncate", "fchmodat", "chmod",     "readlinkat", "fchmod"};
+constexpr std::array<std::string_view, 22> names{
+    "open",     "openat", "openat2",    "fdopendir", "readdir", "fstat", "fstatat", "statx",
+    "unlinkat", "unlink", "renameat2",  "renameat",  "mkdirat", "mkdir", "write",   "ftruncate",
+    "fchmodat", "chmod",  "readlinkat", "fchmod",    "fsync",   "rename"};
 
 std::array<std::atomic<std::size_t>, names.size()> callCounts{};
 std::atomic<bool> isWatching = false;
@@ -225,6 +225,20 @@ ssize_t readlinkat(int folder, const char* path, char* buffer, size_t size) noex
         return -1;
     static const auto next = real<ssize_t (*)(int, const char*, char*, size_t)>("readlinkat");
     return next(folder, path, buffer, size);
+}
+
+int fsync(int file) {
+    if (fails(indexOf("fsync")))
+        return -1;
+    static const auto next = real<int (*)(int)>("fsync");
+    return next(file);
+}
+
+int rename(const char* path, const char* newPath) noexcept {
+    if (fails(indexOf("rename")))
+        return -1;
+    static const auto next = real<int (*)(const char*, const char*)>("rename");
+    return next(path, newPath);
 }
 
 } // extern "C"

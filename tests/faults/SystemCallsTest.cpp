@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <functional>
 
 namespace tidewright::test {
@@ -125,6 +126,17 @@ const std::vector<Call>& calls() {
              const std::string link = path + "-link";
              return readlinkat(AT_FDCWD, link.c_str(), target, sizeof target) == 1;
          }},
+        {"fsync",
+         [](const std::string& path) {
+             const int file = open(path.c_str(), O_WRONLY);
+             const bool isOnDisk = fsync(file) == 0;
+             const int error = errno;
+             close(file);
+             errno = error;
+             return isOnDisk;
+         }},
+        {"rename",
+         [](const std::string& path) { return rename(path.c_str(), (path + "2").c_str()) == 0; }},
         {"fchmod",
          [](const std::string& path) {
              const int file = open(path.c_str(), O_WRONLY);

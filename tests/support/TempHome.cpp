@@ -219,4 +219,9 @@ std::string TempHome::outline() const {
     return result;
 }
 
+std::string shellWaitFor(const URL& file) {
+    return "i=0; until [ -e \"" + file.path() +
+           "\" ] || [ $i = 6000 ]; do sleep 0.01; i=$((i + 1)); done";
+}
+
 } // namespace tidewright::test

@@ -47,4 +47,8 @@ private:
     URL m_url;
 };
 
+/// Shell text, for a tool, that waits until the file is there; a minute at most, so that a test
+/// that fails does not leave it waiting.
+std::string shellWaitFor(const URL& file);
+
 } // namespace tidewright::test

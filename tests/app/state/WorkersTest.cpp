@@ -2,6 +2,7 @@
 
 #include "tests/support/app/EventLoop.h"
 
+#include <QObject>
 #include <gmock/gmock.h>
 
 namespace tidewright {

@@ -1,4 +1,4 @@
-#include "cli/Tools.h"
+#include "core/probes/Tools.h"
 
 #include "tests/support/TempHome.h"
 

@@ -1,4 +1,4 @@
-// Which tools the commands may run.
+// Which tools the program may run.
 #pragma once
 
 #include "core/probes/ShellRunner.h"
@@ -12,7 +12,7 @@ bool isSampleHome(const URL& home);
 /// on the machine, such as a package manager, would clean up for its real user.
 ToolLocator confinedTo(const URL& home, const ToolLocator& tools);
 
-/// The runner of all commands. In a sample home it is confined to that.
+/// The runner for everything. In a sample home it is confined to that.
 ShellRunner runnerFor(const URL& home, const Environment& environment);
 
 } // namespace tidewright

@@ -1,0 +1,31 @@
+#include "app/state/AppEnvironment.h"
+
+#include "app/platform/FileManager.h"
+#include "core/platform/StandardFolders.h"
+#include "core/probes/SystemAccess.h"
+#include "core/probes/Tools.h"
+#include "core/scan/RuleCatalog.h"
+
+namespace tidewright {
+
+AppEnvironment AppEnvironment::current() {
+    const URL home = homeDirectory();
+    return {.home = home,
+            .temporaryDirectory = tidewright::temporaryDirectory(),
+            .historyDirectory = userDataDirectory(home).appending("Tidewright"),
+            .auditLogDirectory = tidewright::auditLogDirectory(home),
+            .rules = RuleCatalog::all(),
+            .runner = runnerFor(home, processEnvironment()),
+            .hasFullDiskAccess = [home] { return SystemAccess::hasFullDiskAccess(home); },
+            .monitorSystem = DiskMonitorSystem::current(),
+            .reveal = showInFileManager,
+            .scan =
+                [](const DiskScanner& scanner, const DiskScanner::Progress& progress,
+                   const CancelToken& cancel) {
+                    return scanner.scan(progress, cancel).map_error([](ScanCancelled) {
+                        return ScanFailure{};
+                    });
+                }};
+}
+
+} // namespace tidewright

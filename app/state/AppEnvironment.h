@@ -1,0 +1,35 @@
+// What the state needs of the machine, as values and functions that tests and the command line
+// replace.
+#pragma once
+
+#include "app/state/DiskMonitor.h"
+#include "core/scan/DiskScanner.h"
+
+namespace tidewright {
+
+/// Why there is no report.
+struct ScanFailure {
+    std::optional<std::string> sentence; ///< for the user; absent: it was cancelled
+};
+
+struct AppEnvironment {
+    URL home;
+    URL temporaryDirectory;
+    URL historyDirectory;  ///< holds the history file
+    URL auditLogDirectory; ///< holds the logs of cleanups
+    std::vector<CleanupRule> rules;
+    ShellRunner runner;
+    std::function<bool()> hasFullDiskAccess;
+    DiskMonitorSystem monitorSystem;
+    /// Shows the locations in the file manager.
+    std::function<void(const std::vector<URL>&)> reveal;
+    /// On another thread.
+    std::function<Result<ScanReport, ScanFailure>(
+        const DiskScanner&, const DiskScanner::Progress&, const CancelToken&)>
+        scan;
+
+    /// Of the user whose process this is.
+    static AppEnvironment current();
+};
+
+} // namespace tidewright
