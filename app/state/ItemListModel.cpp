@@ -1,0 +1,366 @@
+#include "app/state/ItemListModel.h"
+
+#include "core/support/Collation.h"
+#include "core/support/Text.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+namespace tidewright {
+
+namespace {
+
+constexpr std::size_t shownLocations = 6;
+
+struct DecisionWords {
+    const char* title;
+    const char* symbolName;
+};
+
+// In the order of the enumeration.
+constexpr std::array<DecisionWords, 4> decisionWords{{
+    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Recommended"), "checkmark.circle.fill"},
+    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Optional"), "questionmark.circle.fill"},
+    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Kept"), "lock.fill"},
+    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "For review"), "info.circle.fill"},
+}};
+
+const DecisionWords& wordsOf(Decision decision) {
+    return decisionWords.at(static_cast<std::size_t>(decision));
+}
+
+/// Brings texts into a form in which they are equal if they differ in case or composition alone, by
+/// the user's language: in some of them "I" is no other case of "i".
+class Folding {
+public:
+    std::string operator()(std::string_view text) const {
+        if (m_isPlainForASCII && std::ranges::all_of(text, isASCII))
+            return lowercasedASCII(text);
+        return caseFolded(m_locale.toLower(shownText(text)).toStdString());
+    }
+
+private:
+    static bool isASCII(char character) { return static_cast<unsigned char>(character) < 0x80; }
+
+    QLocale m_locale;
+    bool m_isPlainForASCII = m_locale.toLower(QStringLiteral("I")) == QLatin1String("i");
+};
+
+/// What is searched of an item; the byte between the texts occurs in none.
+std::string searchedText(const ScanItem& item, const Folding& fold) {
+    constexpr char between = '\xff';
+    std::string text = fold(item.title);
+    for (const std::string_view each :
+         {std::string_view(item.group), item.version ? std::string_view(*item.version) : "",
+          std::string_view(item.reason)})
+        text += between + fold(each);
+    return text;
+}
+
+bool passes(const ScanItem& item, ItemListModel::Filter filter) {
+    return filter == ItemListModel::Filter::all ||
+           isSelectable(item.decision) == (filter == ItemListModel::Filter::cleanable);
+}
+
+QString howItIsCleaned(const CleanMethod& method) {
+    if (const auto* command = std::get_if<CleanMethod::Command>(&method.choice))
+        return shownText(command->command.displayString());
+    return shownText(method.label());
+}
+
+QString manualInstructions(const CleanMethod& method) {
+    const auto* manual = std::get_if<CleanMethod::Manual>(&method.choice);
+    return manual != nullptr ? shownText(manual->text) : QString();
+}
+
+QStringList firstPaths(const std::vector<URL>& urls) {
+    QStringList paths;
+    for (std::size_t i = 0; i < std::min(urls.size(), shownLocations); ++i)
+        paths.append(shownText(urls[i].path()));
+    return paths;
+}
+
+} // namespace
+
+ItemListModel::ItemListModel(AppModel& model, Category category, QObject* parent)
+    : RecordModel(
+          QMetaEnum::fromType<Role>(), {QString(), tr("Item"), tr("Size"), tr("Status")}, parent),
+      m_model(&model),
+      m_category(category) {
+    connect(&model, &AppModel::reportChanged, this, &ItemListModel::takeReport);
+    connect(&model, &AppModel::selectionChanged, this, &ItemListModel::takeSelection);
+    takeReport();
+}
+
+void ItemListModel::setFilter(Filter filter) {
+    if (m_filter == filter)
+        return;
+    m_filter = filter;
+    refilter();
+    Q_EMIT filterChanged();
+}
+
+void ItemListModel::setSearch(const QString& search) {
+    if (m_search == search)
+        return;
+    m_search = search;
+    m_needle = Folding()(search.toStdString());
+    refilter();
+    Q_EMIT searchChanged();
+}
+
+void ItemListModel::sort(int column, Qt::SortOrder order) {
+    const bool isSorted = column > static_cast<int>(Column::selected) && column < columnCount();
+    const int sortColumn = isSorted ? column : -1;
+    const Qt::SortOrder sortOrder = isSorted ? order : Qt::AscendingOrder;
+    if (m_sortColumn == sortColumn && m_sortOrder == sortOrder)
+        return;
+    m_sortColumn = sortColumn;
+    m_sortOrder = sortOrder;
+    m_known.order = ordered(*records());
+    reorder(filtered(*records(), m_known));
+    updateFocus();
+    Q_EMIT sortChanged();
+}
+
+void ItemListModel::cycleSort(int column) {
+    if (column != m_sortColumn)
+        sort(column, Qt::AscendingOrder);
+    else if (m_sortOrder == Qt::AscendingOrder)
+        sort(column, Qt::DescendingOrder);
+    else
+        sort(-1);
+}
+
+void ItemListModel::setFocusedRow(int row) {
+    m_focused.reset();
+    if (hasRow(row))
+        m_focused = rows()[static_cast<std::size_t>(row)];
+    updateFocus();
+}
+
+void ItemListModel::setSelected(int row, bool on) {
+    if (!m_model || !hasRow(row))
+        return;
+    const Records kept = records(); // whoever hears of it may bring another report
+    m_toggled = rows()[static_cast<std::size_t>(row)];
+    m_model->setSelected(record(row), on);
+    m_toggled.reset();
+}
+
+void ItemListModel::reveal(int row) {
+    if (m_model && hasRow(row))
+        m_model->reveal(record(row).urls);
+}
+
+QVariant ItemListModel::value(std::size_t position, int role) const {
+    const ScanItem& item = (*records())[position];
+    switch (static_cast<Role>(role)) {
+    case Role::itemID:
+        return QByteArray::fromStdString(item.id);
+    case Role::title:
+        return shownText(item.title);
+    case Role::version:
+        return shownText(item.version.value_or(""));
+    case Role::group:
+        return shownText(item.group);
+    case Role::sizeBytes:
+        return QVariant::fromValue<qint64>(item.sizeBytes);
+    case Role::sizeText:
+        return tidewright::sizeText(item.sizeBytes);
+    case Role::decision:
+        return shownText(rawValue(item.decision));
+    case Role::decisionTitle:
+        return tr(wordsOf(item.decision).title);
+    case Role::decisionSymbol:
+        return QString::fromLatin1(wordsOf(item.decision).symbolName);
+    case Role::risk:
+        return shownText(rawValue(item.risk));
+    case Role::riskTitle:
+        return shownText(tidewright::title(item.risk));
+    case Role::reason:
+        return shownText(item.reason);
+    case Role::whatItIs:
+        return shownText(item.whatItIs);
+    case Role::afterEffect:
+        return shownText(item.afterEffect);
+    case Role::methodLabel:
+        return shownText(item.method.label());
+    case Role::howItIsCleaned:
+        return tidewright::howItIsCleaned(item.method);
+    case Role::manualInstructions:
+        return tidewright::manualInstructions(item.method);
+    case Role::inUse:
+        return item.inUseBy ? tr("In use by %1").arg(shownText(*item.inUseBy)) : QString();
+    case Role::lastUsed:
+        return shownDate(item.lastUsed);
+    case Role::locationsTitle:
+        return tr("Locations (%1)").arg(item.urls.size());
+    case Role::locations:
+        return firstPaths(item.urls);
+    case Role::moreLocations:
+        return item.urls.size() > shownLocations
+                   ? tr("and %1 more").arg(item.urls.size() - shownLocations)
+                   : QString();
+    case Role::selected:
+        return static_cast<bool>(m_known.isSelected[position]);
+    case Role::selectable:
+        return AppModel::maySelect(item);
+    }
+    return {};
+}
+
+void ItemListModel::takeReport() {
+    m_toggled.reset();
+    takeSelection();
+    const auto report = m_model->report();
+    m_isScanned = report != nullptr;
+    const Records items = recordsOf(report, &ScanReport::items);
+    Known known;
+    known.order = ordered(*items);
+    Rows rows = filtered(*items, known);
+    const std::string focused = m_focused ? (*records())[*m_focused].id : std::string();
+    show(items, std::move(rows), [&] {
+        m_known = std::move(known);
+        m_known.isSelected = selectionOf(*items);
+        const auto found = std::ranges::find_if(
+            m_known.order, [&](std::size_t each) { return (*items)[each].id == focused; });
+        if (m_focused)
+            m_focused = found == m_known.order.end() ? std::nullopt : std::optional(*found);
+    });
+    setFigures(figuresOfCategory());
+    rowsChanged();
+}
+
+/// Tells of the rows whose items are selected now and were not, or the other way round.
+void ItemListModel::takeSelection() {
+    const auto toggled = std::exchange(m_toggled, std::nullopt);
+    std::vector<bool> isChanged(records()->size());
+    Figures figures = m_figures;
+    for (const std::size_t position : toggled ? Rows{*toggled} : m_known.order) {
+        const ScanItem& item = (*records())[position];
+        const bool isSelected = m_model->isSelected(item.id);
+        if (m_known.isSelected[position] == isSelected)
+            continue;
+        m_known.isSelected[position] = isSelected;
+        isChanged[position] = true;
+        figures.selected.bytes += isSelected ? item.sizeBytes : -item.sizeBytes;
+    }
+    tellChanged([&](int row) { return isChanged[rows()[static_cast<std::size_t>(row)]]; },
+                {static_cast<int>(Role::selected)});
+    setFigures(figures);
+}
+
+void ItemListModel::refilter() {
+    reset(filtered(*records(), m_known));
+    rowsChanged();
+}
+
+void ItemListModel::rowsChanged() {
+    Figures figures = m_figures;
+    figures.shown.bytes = 0;
+    for (const std::size_t position : rows())
+        figures.shown.bytes += (*records())[position].sizeBytes;
+    setFigures(figures);
+    updateFocus();
+    setEmpty(emptyText());
+}
+
+void ItemListModel::updateFocus() {
+    const auto found = m_focused ? std::ranges::find(rows(), *m_focused) : rows().end();
+    const int row = found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
+    if (m_focusedRow == row)
+        return;
+    m_focusedRow = row;
+    Q_EMIT focusedRowChanged();
+}
+
+void ItemListModel::setFigures(const Figures& figures) {
+    if (m_figures == figures)
+        return;
+    m_figures = figures;
+    Q_EMIT figuresChanged();
+}
+
+EmptyText ItemListModel::emptyText() const {
+    const QString category = shownText(tidewright::title(m_category));
+    if (!m_isScanned)
+        return {tr("Not scanned yet"), shownText(symbolName(m_category)),
+                tr("Scan your Mac to see %1 items.").arg(category)};
+    if (m_known.order.empty())
+        return {tr("Nothing here"), QStringLiteral("checkmark.circle"),
+                tr("No %1 items were found.").arg(category)};
+    if (rows().empty())
+        return {{}, {}, tr("No items match this filter.")};
+    return {};
+}
+
+ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items) const {
+    Rows positions;
+    for (std::size_t position = 0; position < items.size(); ++position)
+        if (items[position].category == m_category)
+            positions.push_back(position);
+    const auto isBelow = [&](std::size_t left, std::size_t right) {
+        const ScanItem& a = items[left];
+        const ScanItem& b = items[right];
+        switch (static_cast<Column>(m_sortColumn)) {
+        case Column::item:
+            return standardCompare(a.title, b.title) < 0;
+        case Column::size:
+            return a.sizeBytes < b.sizeBytes;
+        case Column::status:
+            return a.decision < b.decision;
+        case Column::selected:
+            break;
+        }
+        return false;
+    };
+    if (m_sortColumn >= 0 && m_sortOrder == Qt::AscendingOrder)
+        std::ranges::stable_sort(positions, isBelow);
+    else if (m_sortColumn >= 0)
+        std::ranges::stable_sort(
+            positions, [&](std::size_t left, std::size_t right) { return isBelow(right, left); });
+    return positions;
+}
+
+ItemListModel::Rows ItemListModel::filtered(const std::vector<ScanItem>& items,
+                                            Known& known) const {
+    if (!m_needle.empty() && known.searched.empty()) {
+        const Folding fold;
+        known.searched.resize(items.size());
+        for (const std::size_t position : known.order)
+            known.searched[position] = searchedText(items[position], fold);
+    }
+    Rows rows;
+    std::ranges::copy_if(known.order, std::back_inserter(rows), [&](std::size_t position) {
+        return passes(items[position], m_filter) &&
+               (m_needle.empty() || contains(known.searched[position], m_needle));
+    });
+    return rows;
+}
+
+std::vector<bool> ItemListModel::selectionOf(const std::vector<ScanItem>& items) const {
+    std::vector<bool> isSelected(items.size());
+    for (const std::size_t position : m_known.order)
+        isSelected[position] = m_model->isSelected(items[position].id);
+    return isSelected;
+}
+
+ItemListModel::Figures ItemListModel::figuresOfCategory() const {
+    Figures figures = m_figures;
+    figures.total = static_cast<int>(m_known.order.size());
+    figures.selected = figures.optional = figures.kept = {};
+    for (const std::size_t position : m_known.order) {
+        const ScanItem& item = (*records())[position];
+        if (m_known.isSelected[position])
+            figures.selected.bytes += item.sizeBytes;
+        if (item.decision == Decision::ask)
+            figures.optional.bytes += item.sizeBytes;
+        if (item.decision == Decision::keep)
+            figures.kept.bytes += item.sizeBytes;
+    }
+    return figures;
+}
+
+} // namespace tidewright
