@@ -29,7 +29,7 @@ bool hasSession() {
 // Not by its address: Qt gives up on a bus that is silent in a way at which the library ends the
 // program.
 QDBusConnection connectionTo(QDBusConnection::BusType type, const QString& name) {
-    const QDBusConnection known(name);
+    QDBusConnection known(name);
     if (known.isConnected())
         return known;
     QDBusConnection::disconnectFromBus(name); // forgets one that has broken

@@ -85,7 +85,8 @@ void postNotification(const Notification& notification, std::function<void(bool)
             shownNotifications()[id] = {answer.service(), answer.arguments().first().toUInt()};
         done(isTaken);
     };
-    const auto afterCapabilities = [=](const QDBusMessage& answer) {
+    const auto afterCapabilities = [bus, notification, afterNotify,
+                                    done = std::move(done)](const QDBusMessage& answer) {
         if (!isAnswer(answer, QLatin1String("as")))
             return done(false);
         const QStringList capabilities = answer.arguments().first().toStringList();
