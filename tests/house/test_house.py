@@ -10,6 +10,7 @@ import include_table
 import one_stem
 import rules
 import safety
+import symbols
 import wording
 
 
@@ -279,6 +280,110 @@ class RulesTest(CheckTest):
     def test_not_described(self):
         finding = "core/rules/Cars.h: cars.car stands on no page"
         self.assert_finds(rules.check, self.without("docs/rules/cars.md", "cars.car"), finding)
+
+
+class SymbolsTest(CheckTest):
+    TREE = {
+        "app/controls/SymbolTable.cpp": 'constexpr Symbol symbols[] = {\n    {"trash", "bin"},\n'
+                                        '    {"trash.fill", "bin", 2},\n    {"doc", "file"},\n};\n',
+        "app/controls/symbols/bin.svg": "<svg/>\n",
+        "app/controls/symbols/file.svg": "<svg/>\n",
+        "app/controls/symbols/README.md": "Where they are from.\n",
+    }
+
+    def assert_used(self, path, code, *names):
+        """The code is about these names: it passes as it stands and fails for each that differs."""
+        self.assert_passes(symbols.check, {**self.TREE, path: code})
+        for name in names:
+            self.assertEqual(code.count(f'"{name}"'), 1, "a test needs each name once")
+            found = self.found(symbols.check,
+                               {**self.TREE, path: code.replace(f'"{name}"', '"no.such"')})
+            line = code[:code.index(f'"{name}"')].count("\n") + 1
+            self.assertEqual(found, [f"{path}:{line}: the symbol no.such has no row in "
+                                     "app/controls/SymbolTable.cpp"])
+
+    def test_in_records(self):
+        self.assert_used("core/A.cpp", """
+Insight a{.id = "a.b",
+          .symbolName = "trash",
+          .title = "other"};
+b.symbolName = good ? "trash.fill" : "doc";
+""", "trash", "trash.fill", "doc")
+        self.assert_used("core/A.cpp", """
+struct Words { const char* title; const char* symbolName; };
+constexpr std::array words{
+    Words{"A b", "trash", "Text."},
+    {"C",
+     "doc", "Text."},
+    {QT_TRANSLATE_NOOP("A", "B"), "trash.fill"},
+};
+""", "trash", "doc", "trash.fill")
+
+    def test_in_functions(self):
+        self.assert_used("app/state/A.cpp", """
+const char* stateSymbol(const State& state) {
+    if (state.isNew)
+        return "";
+    return state.isGood ? "trash" : "doc";
+}
+const char* other() { return "other"; }
+""", "trash", "doc")
+        self.assert_used("app/state/A.cpp", """
+switch (role) {
+case Role::symbolName:
+    return text(isGood ? "trash" : "doc");
+case Role::other:
+    return "other";
+}
+""", "trash", "doc")
+        self.assert_used("app/state/A.cpp", """
+EmptyText A::emptyText() const {
+    if (m_isScanned)
+        return {{}, QStringLiteral("doc"), tr("None.")};
+    return {tr("Not yet"),
+            QStringLiteral("trash"), tr("Scan.")};
+}
+""", "doc", "trash")
+
+    def test_in_qml(self):
+        for path in ("app/controls/A.qml", "app/screens/overview/A.qml"):
+            self.assert_used(path, 'A {\n    symbol: "trash"; text: "a"\n}\n', "trash")
+        self.assert_used("app/screens/A.qml", """
+A {
+    symbolName: health === "good" ? "trash"
+        : "doc"
+    text: "other"
+    rows: [{ symbol: "trash.fill", title: "Other" }]
+}
+""", "trash", "doc", "trash.fill")
+        self.assert_used("app/screens/A.qml", """
+A {
+    function stateSymbol(state) {
+        if (state)
+            return "doc"
+        return "trash"
+    }
+    text: "other"
+}
+""", "doc", "trash")
+        tree = {**self.TREE, "app/A.qml": 'A { source: "image://symbols/tras/" + colour }\n'}
+        self.assert_finds(symbols.check, tree, "app/A.qml:1: the symbol tras ")
+
+    def test_what_names_no_symbol(self):
+        self.assert_passes(symbols.check, {
+            **self.TREE,
+            "core/A.cpp": 'Rule a{.id = "system.trash"};\nA b{"Discord", "discord"};\n'
+                          'auto kind = FileKind::symbolicLink;\nreturn a ? "x.y" : "z";\n',
+            "app/A.qml": 'A { text: symbol; symbol: row.symbolName; font: "Inter" }\n',
+            "tests/A.cpp": 'a.symbolName = "no.such";\n',
+        })
+
+    def test_table_and_files(self):
+        tree = {**self.TREE, "app/controls/symbols/more.svg": "<svg/>\n"}
+        del tree["app/controls/symbols/bin.svg"]
+        self.assert_finds(symbols.check, tree,
+                          "app/controls/SymbolTable.cpp: app/controls/symbols/bin.svg is not there",
+                          "app/controls/symbols/more.svg: no row ")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,11 @@
+// The tests of what is drawn: on no screen, and by the processor alone.
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+int main(int argumentCount, char** arguments) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    QGuiApplication application(argumentCount, arguments);
+    testing::InitGoogleTest(&argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}
