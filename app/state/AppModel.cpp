@@ -281,7 +281,7 @@ void AppModel::endCleaning(const CleanSummary& summary, CleaningSession* session
 void AppModel::applyResults(const CleanSummary& summary) {
     if (!m_report)
         return;
-    std::unordered_set<std::string> gone;
+    std::unordered_set<std::string_view> gone;
     for (const CleanOutcome& outcome : summary.outcomes)
         if (outcome.status.isSuccess())
             gone.insert(outcome.itemID);
@@ -291,10 +291,11 @@ void AppModel::applyResults(const CleanSummary& summary) {
     edited->disk = summary.diskAfter;
     edited->insights = InsightEngine{m_settings.scanSettings()}.insights(
         edited->disk, edited->items, edited->apps, edited->largeFiles, currentDate());
-    std::unordered_set<std::string> selection = m_selection;
-    std::erase_if(selection, [&](const std::string& id) { return gone.contains(id); });
+    const auto deselected =
+        std::erase_if(m_selection, [&](const std::string& id) { return gone.contains(id); });
     setReport(std::move(edited));
-    setSelection(std::move(selection));
+    if (deselected > 0)
+        Q_EMIT selectionChanged();
 }
 
 void AppModel::applyLaunchArguments(const DefaultsStore& defaults) {

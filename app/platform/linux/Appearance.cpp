@@ -110,6 +110,7 @@ void followAppearance(QObject* context, std::function<void(const Appearance&)> f
             function(appearance);
     };
     auto* const listener = new AppearanceListener(context, hear);
+    qRegisterMetaType<QDBusVariant>(); // else Qt does not know the slot's parameter by its name
     bus.connect(service, object, interface, QStringLiteral("SettingChanged"), listener,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     for (const Setting& setting : settings)
