@@ -291,10 +291,8 @@ void AppModel::applyResults(const CleanSummary& summary) {
     edited->disk = summary.diskAfter;
     edited->insights = InsightEngine{m_settings.scanSettings()}.insights(
         edited->disk, edited->items, edited->apps, edited->largeFiles, currentDate());
-    const auto deselected =
-        std::erase_if(m_selection, [&](const std::string& id) { return gone.contains(id); });
-    setReport(std::move(edited));
-    if (deselected > 0)
+    setReport(std::move(edited)); // first, so that rows that go are not told to be deselected
+    if (std::erase_if(m_selection, [&](const std::string& id) { return gone.contains(id); }) > 0)
         Q_EMIT selectionChanged();
 }
 

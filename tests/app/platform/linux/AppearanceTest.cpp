@@ -160,8 +160,9 @@ TEST_F(AppearanceTest, ValuesThatMakeNoSenseAreUntold) {
         {accent, QStringList{QStringLiteral("red")}},
         {accent, 4U},
     };
+    Portal portal;
     for (const auto& [key, value] : senseless) {
-        Portal portal;
+        portal.calls.clear();
         context = std::make_unique<QObject>();
         heard.clear();
         portal.settings = {{{everyDesktop, key}, value}, {{gnome, animations}, 1}};
