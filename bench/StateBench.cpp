@@ -2,7 +2,7 @@
 // sums, and what the list of items does for a click and a keystroke. The target is below 1 ms for
 // each sum, toggle, filter and search.
 
-#include "app/state/ItemListModel.h"
+#include "app/state/ScreenModels.h"
 #include "tests/support/app/StateTesting.h"
 
 #include <QCoreApplication>
@@ -43,7 +43,7 @@ struct Bench {
 
     Bench() {
         state.scanned(bigReport());
-        items = new ItemListModel(*state.model, category, state.model.get());
+        items = new ItemListModel(*state.model, category, currentDate, state.model.get());
     }
     AppModel& app() { return *state.model; }
 };
@@ -63,6 +63,20 @@ void reclaimable(benchmark::State& state) {
 /// As a click on a row's tick box does.
 void toggle(benchmark::State& state) {
     Bench bench;
+    int row = 0;
+    bool on = false;
+    for (auto _ : state) {
+        bench.items->setSelected(row, on);
+        row = (row + 8) % itemCount;
+        on = row == 0 ? !on : on;
+    }
+}
+
+/// The same with all that the main window shows, details of an item among it.
+void toggleInWindow(benchmark::State& state) {
+    Bench bench;
+    const ScreenModels models(bench.app());
+    bench.items->setFocusedRow(0);
     int row = 0;
     bool on = false;
     for (auto _ : state) {
@@ -115,6 +129,25 @@ void firstSearch(benchmark::State& state) {
     }
 }
 
+/// The first sort by title after a scan, which prepares the keys.
+void firstSort(benchmark::State& state) {
+    Bench bench;
+    for (auto _ : state) {
+        state.PauseTiming();
+        ItemListModel items(bench.app(), category);
+        state.ResumeTiming();
+        items.sort(static_cast<int>(ItemListModel::Column::item));
+    }
+}
+
+/// A letter typed in the list, which finds the last row.
+void typeAhead(benchmark::State& state) {
+    Bench bench;
+    bench.items->setSearch(QStringLiteral("build")); // prepares the texts
+    for (auto _ : state)
+        benchmark::DoNotOptimize(bench.items->rowStartingWith(QStringLiteral("nowhere"), 0));
+}
+
 void sortBy(benchmark::State& state, ItemListModel::Column column) {
     Bench bench;
     for (auto _ : state) {
@@ -139,7 +172,7 @@ void takeReport(benchmark::State& state) {
         // Of all that hear of the report, the list is put between two that take the time.
         const auto before = QObject::connect(&bench.app(), &AppModel::reportChanged, &context,
                                              [&] { start = std::chrono::steady_clock::now(); });
-        bench.items = new ItemListModel(bench.app(), category, &bench.app());
+        bench.items = new ItemListModel(bench.app(), category, currentDate, &bench.app());
         const auto after = QObject::connect(&bench.app(), &AppModel::reportChanged, &context, [&] {
             state.SetIterationTime(
                 std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
@@ -168,10 +201,13 @@ int main(int argumentCount, char** arguments) {
     add("selectedBytes", bench::selectedBytes);
     add("reclaimable", bench::reclaimable);
     add("toggle", bench::toggle);
+    add("toggleInWindow", bench::toggleInWindow);
     add("toggleElsewhere", bench::toggleElsewhere);
     add("filter", bench::filter);
     add("search", bench::search);
     add("firstSearch", bench::firstSearch);
+    add("firstSort", bench::firstSort);
+    add("typeAhead", bench::typeAhead);
     add("sort/item",
         [](benchmark::State& state) { bench::sortBy(state, ItemListModel::Column::item); });
     add("sort/size",

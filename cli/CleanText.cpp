@@ -178,17 +178,6 @@ std::string reasonText(const CleanOutcome::Status& status) {
     return (skipped ? "Skipped: " : "Failed: ") + status.reason().value_or("");
 }
 
-std::string gainText(const CleanSummary& summary) {
-    std::string text = fmt::format("Measured on your disk: {} now available.",
-                                   formattedBytes(summary.diskAfter.availableBytes));
-    if (summary.movedToTrash() >= 1)
-        text += fmt::format(" {} moved to the Trash; empty it to free that space too.",
-                            formattedBytes(summary.movedToTrash()));
-    if (summary.measuredGain() < summary.estimatedFreed() / 2)
-        text += " macOS may take a moment to report all reclaimed space.";
-    return text;
-}
-
 std::string toolchainText(const std::vector<VerificationCheck>& checks, const Terminal& terminal) {
     constexpr std::size_t indentation = 2;
     constexpr std::size_t wordColumns = 6;
@@ -277,10 +266,8 @@ std::string outcomeLine(const CleanOutcome& outcome,
 std::string resultText(const CleanSummary& summary,
                        const std::vector<ScanItem>& items,
                        const Terminal& terminal) {
-    const Int64 gain = std::max(summary.measuredGain(), Int64{0});
-    std::string text =
-        "\n" + indentedParagraph("Freed " + formattedBytes(gain), 0, terminal, Ink::bold);
-    text += indentedParagraph(gainText(summary), 0, terminal);
+    std::string text = "\n" + indentedParagraph(summary.headline(), 0, terminal, Ink::bold);
+    text += indentedParagraph(summary.explanation(), 0, terminal);
     if (!summary.verification.empty())
         text += toolchainText(summary.verification, terminal);
     text += notCleanedText(summary, items, terminal);

@@ -1,6 +1,7 @@
 #include "app/state/AppEnvironment.h"
 
 #include "app/platform/FileManager.h"
+#include "core/platform/FileProtection.h"
 #include "core/platform/StandardFolders.h"
 #include "core/probes/SystemAccess.h"
 #include "core/probes/Tools.h"
@@ -17,8 +18,10 @@ AppEnvironment AppEnvironment::current() {
             .rules = RuleCatalog::all(),
             .runner = runnerFor(home, processEnvironment()),
             .hasFullDiskAccess = [home] { return SystemAccess::hasFullDiskAccess(home); },
+            .protectsUserFiles = tidewright::protectsUserFiles(),
             .monitorSystem = DiskMonitorSystem::current(),
             .reveal = showInFileManager,
+            .openLocation = tidewright::openLocation,
             .scan =
                 [](const DiskScanner& scanner, const DiskScanner::Progress& progress,
                    const CancelToken& cancel) {

@@ -20,9 +20,13 @@ struct AppEnvironment {
     std::vector<CleanupRule> rules;
     ShellRunner runner;
     std::function<bool()> hasFullDiskAccess;
+    /// Whether this system has that protection at all, so that its absence is worth telling.
+    bool protectsUserFiles = false;
     DiskMonitorSystem monitorSystem;
     /// Shows the locations in the file manager.
     std::function<void(const std::vector<URL>&)> reveal;
+    /// Opens a path or an address with what the user has chosen for it.
+    std::function<void(const std::string&)> openLocation;
     /// On another thread.
     std::function<Result<ScanReport, ScanFailure>(
         const DiskScanner&, const DiskScanner::Progress&, const CancelToken&)>

@@ -2,6 +2,7 @@
 
 #include "core/insights/InsightEngine.h"
 #include "core/platform/FileInfo.h"
+#include "core/probes/SystemAccess.h"
 
 #include <fmt/format.h>
 
@@ -91,6 +92,37 @@ void AppModel::setDestination(Destination destination) {
     Q_EMIT destinationChanged();
 }
 
+QString AppModel::destinationName() const {
+    const auto* category = std::get_if<Destination::OfCategory>(&m_destination.choice);
+    const std::string_view name = category != nullptr
+                                      ? rawValue(category->category)
+                                      : Destination::cases.at(m_destination.choice.index());
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+void AppModel::setDestinationName(const QString& name) {
+    if (name == QLatin1String("overview"))
+        setDestination(Destination::overview());
+    else if (const auto named = destinationNamed(name.toStdString()))
+        setDestination(*named);
+}
+
+bool AppModel::asksForFullDiskAccess() const {
+    return m_environment.protectsUserFiles && !m_hasFullDiskAccess;
+}
+
+void AppModel::checkFullDiskAccess() {
+    const bool access = m_environment.hasFullDiskAccess();
+    if (access == m_hasFullDiskAccess)
+        return;
+    m_hasFullDiskAccess = access;
+    Q_EMIT hasFullDiskAccessChanged();
+}
+
+void AppModel::openFullDiskAccessSettings() {
+    m_environment.openLocation(std::string(SystemAccess::fullDiskAccessSettingsURL));
+}
+
 bool AppModel::isScanning() const {
     return std::holds_alternative<ScanState::Scanning>(m_scanState.choice);
 }
@@ -103,10 +135,7 @@ DiskScanner AppModel::scanner() const {
 void AppModel::scan() {
     if (isScanning())
         return;
-    if (const bool access = m_environment.hasFullDiskAccess(); access != m_hasFullDiskAccess) {
-        m_hasFullDiskAccess = access;
-        Q_EMIT hasFullDiskAccessChanged();
-    }
+    checkFullDiskAccess();
     setScanState({ScanState::Scanning{
         {.phase = ScanProgress::Phase::discovering, .fraction = 0, .message = startingMessage}}});
     m_scanCancel.emplace();
@@ -160,6 +189,7 @@ void AppModel::setScanState(ScanState state) {
 
 void AppModel::setReport(std::shared_ptr<const ScanReport> report) {
     m_report = std::move(report);
+    m_sums.reset();
     Q_EMIT reportChanged();
 }
 
@@ -167,6 +197,11 @@ void AppModel::setSelection(std::unordered_set<std::string> selection) {
     if (m_selection == selection)
         return;
     m_selection = std::move(selection);
+    selectionHasChanged();
+}
+
+void AppModel::selectionHasChanged() {
+    m_sums.reset();
     Q_EMIT selectionChanged();
 }
 
@@ -179,7 +214,7 @@ void AppModel::setSelected(const ScanItem& item, bool on) {
         return;
     const bool isChanged = on ? m_selection.insert(item.id).second : m_selection.erase(item.id) > 0;
     if (isChanged)
-        Q_EMIT selectionChanged();
+        selectionHasChanged();
 }
 
 std::vector<ScanItem> AppModel::selectedItems() const {
@@ -194,16 +229,30 @@ bool AppModel::isChosen(const ScanItem& item) const {
     return maySelect(item) && isSelected(item.id);
 }
 
-Int64 AppModel::selectedBytes() const {
-    return m_report ? m_report->total([this](const ScanItem& item) { return isChosen(item); }) : 0;
+const SelectionSums& AppModel::sums() const {
+    if (m_sums)
+        return *m_sums;
+    SelectionSums& sums = m_sums.emplace();
+    if (!m_report)
+        return sums;
+    for (const ScanItem& item : m_report->items) {
+        if (!isSelected(item.id))
+            continue;
+        sums.reclaimable.at(static_cast<std::size_t>(item.category)) += item.sizeBytes;
+        if (!maySelect(item))
+            continue;
+        sums.bytes += item.sizeBytes;
+        sums.hasItems = true;
+    }
+    return sums;
 }
 
+bool AppModel::hasSelectedItems() const { return sums().hasItems; }
+
+Int64 AppModel::selectedBytes() const { return sums().bytes; }
+
 Int64 AppModel::reclaimable(Category category) const {
-    if (!m_report)
-        return 0;
-    return m_report->total([this, category](const ScanItem& item) {
-        return item.category == category && isSelected(item.id);
-    });
+    return sums().reclaimable.at(static_cast<std::size_t>(category));
 }
 
 void AppModel::setSession(std::shared_ptr<CleaningSession> session) {
@@ -271,6 +320,11 @@ void AppModel::startCleaning() {
                    });
 }
 
+void AppModel::stopCleaning() {
+    if (m_session)
+        m_session->stop();
+}
+
 void AppModel::endCleaning(const CleanSummary& summary, CleaningSession* session) {
     m_history.record(summary);
     applyResults(summary);
@@ -293,7 +347,7 @@ void AppModel::applyResults(const CleanSummary& summary) {
         edited->disk, edited->items, edited->apps, edited->largeFiles, currentDate());
     setReport(std::move(edited)); // first, so that rows that go are not told to be deselected
     if (std::erase_if(m_selection, [&](const std::string& id) { return gone.contains(id); }) > 0)
-        Q_EMIT selectionChanged();
+        selectionHasChanged();
 }
 
 void AppModel::applyLaunchArguments(const DefaultsStore& defaults) {

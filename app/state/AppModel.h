@@ -67,10 +67,21 @@ struct ScanState {
     bool operator==(const ScanState&) const = default;
 };
 
+/// What the selected items of a report come to.
+struct SelectionSums {
+    bool hasItems = false; ///< that may be selected
+    Int64 bytes = 0;       ///< of these
+    /// By category, of all whose id is selected, in bytes.
+    std::array<Int64, EnumCases<Category>::cases.size()> reclaimable{};
+};
+
 /// Main thread only. Operations return at once; what they start comes back later, and not at all
 /// once the model is gone. A signal comes only when a value has changed.
 class AppModel : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QString destinationName READ destinationName WRITE setDestinationName NOTIFY
+                   destinationChanged)
+    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
 
 public:
     /// `defaults` and `workers` must outlive this.
@@ -87,6 +98,10 @@ public:
 
     const Destination& destination() const { return m_destination; }
     void setDestination(Destination destination);
+    /// The name of a screen, or the raw value of a category.
+    QString destinationName() const;
+    /// Does nothing where no screen is called so.
+    void setDestinationName(const QString& name);
 
     const ScanState& scanState() const { return m_scanState; }
     bool isScanning() const;
@@ -94,10 +109,17 @@ public:
     /// it points to never changes: a change comes as another report.
     const std::shared_ptr<const ScanReport>& report() const { return m_report; }
     bool hasFullDiskAccess() const { return m_hasFullDiskAccess; }
+    /// Whether the system protects files of the user and the user has not let the program read
+    /// them.
+    bool asksForFullDiskAccess() const;
+    /// Finds out anew.
+    Q_INVOKABLE void checkFullDiskAccess();
+    /// Opens the place where the user can grant it.
+    Q_INVOKABLE void openFullDiskAccessSettings();
 
     /// Does nothing while a scan runs.
-    void scan();
-    void cancelScan();
+    Q_INVOKABLE void scan();
+    Q_INVOKABLE void cancelScan();
 
     /// Whether a user may pick the item for cleaning.
     static bool maySelect(const ScanItem& item);
@@ -107,6 +129,7 @@ public:
     void setSelected(const ScanItem& item, bool on);
     /// What would go into a review now, in report order.
     std::vector<ScanItem> selectedItems() const;
+    bool hasSelectedItems() const;
     Int64 selectedBytes() const; ///< of `selectedItems`
     /// Bytes of everything in the category whose id is selected.
     Int64 reclaimable(Category category) const;
@@ -114,15 +137,18 @@ public:
     /// The pass through review and cleaning; null when there is none.
     CleaningSession* session() const { return m_session.get(); }
     /// Opens a session on what is selected.
-    void reviewSelection();
+    Q_INVOKABLE void reviewSelection();
     /// Selects these items besides the others and opens a session on these alone.
     void review(const std::vector<std::string>& itemIDs);
     /// Leaves the review, or its results. A cleanup under way goes on.
-    void closeSession();
+    Q_INVOKABLE void closeSession();
     /// Does what the insight proposes.
     void perform(const Insight& insight);
     /// Cleans what the session holds; at its end history and report are brought up to date.
-    void startCleaning();
+    Q_INVOKABLE void startCleaning();
+    /// Ends the listening to a cleanup under way: its phase stays as it is, and nothing of it is
+    /// recorded.
+    Q_INVOKABLE void stopCleaning();
 
     /// The keys `TWDestination` and `TWScanOnLaunch`.
     void applyLaunchArguments(const DefaultsStore& defaults);
@@ -148,6 +174,8 @@ Q_SIGNALS:
 private:
     using ScanResult = Result<std::shared_ptr<const ScanReport>, ScanFailure>;
 
+    const SelectionSums& sums() const;
+    void selectionHasChanged();
     void setScanState(ScanState state);
     void setSession(std::shared_ptr<CleaningSession> session);
     void setReport(std::shared_ptr<const ScanReport> report);
@@ -167,6 +195,7 @@ private:
     ScanState m_scanState;
     std::shared_ptr<const ScanReport> m_report;
     std::unordered_set<std::string> m_selection;
+    mutable std::optional<SelectionSums> m_sums; ///< absent until asked for
     std::shared_ptr<CleaningSession> m_session;
     std::vector<std::shared_ptr<CleaningSession>> m_cleaning; ///< those that clean just now
     bool m_hasFullDiskAccess = false;

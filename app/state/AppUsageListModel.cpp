@@ -1,5 +1,7 @@
 #include "app/state/AppUsageListModel.h"
 
+#include "core/support/RelativeDate.h"
+
 namespace tidewright {
 
 AppUsageListModel::AppUsageListModel(AppModel& model, std::function<Date()> now, QObject* parent)
@@ -36,12 +38,22 @@ QVariant AppUsageListModel::value(std::size_t position, int role) const {
         return shownDate(app.lastUsed);
     case Role::addedOn:
         return shownDate(app.addedOn);
+    case Role::lastUsedText:
+        return lastUsedText(app);
     case Role::sizeBytes:
         return QVariant::fromValue<qint64>(app.sizeBytes);
     case Role::sizeText:
         return tidewright::sizeText(app.sizeBytes);
     }
     return {};
+}
+
+QString AppUsageListModel::lastUsedText(const AppUsage& app) const {
+    if (app.lastUsed)
+        return shownText(relativeDateText(*app.lastUsed, m_now()));
+    if (app.addedOn)
+        return tr("Never (added %1)").arg(shownText(relativeDateText(*app.addedOn, m_now())));
+    return tr("Never");
 }
 
 void AppUsageListModel::takeReport() {

@@ -16,8 +16,9 @@ public:
     enum class Role {
         path = Qt::UserRole,
         name,
-        lastUsed, ///< a date, invalid where it is not known
-        addedOn,  ///< the same
+        lastUsed,     ///< a date, invalid where it is not known
+        addedOn,      ///< the same
+        lastUsedText, ///< how long ago, or that it never was
         sizeBytes,
         sizeText,
     };
@@ -46,6 +47,7 @@ private:
     void takeReport();
     void showApps(const Records& apps);
     EmptyText emptyText() const;
+    QString lastUsedText(const AppUsage& app) const;
 
     QPointer<AppModel> m_model;
     std::function<Date()> m_now;

@@ -1,5 +1,7 @@
 #include "app/state/HistoryListModel.h"
 
+#include "core/support/DateText.h"
+
 #include <algorithm>
 
 namespace tidewright {
@@ -36,6 +38,8 @@ QVariant HistoryListModel::value(std::size_t position, int role) const {
         return shownText(entry.id);
     case Role::date:
         return shownDate(entry.date);
+    case Role::dateText:
+        return shownText(dateAndTimeText(entry.date));
     case Role::freedBytes:
         return QVariant::fromValue<qint64>(tidewright::freedBytes(entry));
     case Role::freedText:

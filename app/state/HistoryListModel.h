@@ -17,6 +17,7 @@ public:
     enum class Role {
         entryID = Qt::UserRole,
         date,
+        dateText,   ///< day and time of day
         freedBytes, ///< as measured or as estimated, whichever is more
         freedText,
         freedGigabytes, ///< the same, decimal, with fractions

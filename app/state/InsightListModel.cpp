@@ -80,7 +80,10 @@ void InsightListModel::showFirst(const Records& insights) {
     Rows rows = allOf(insights);
     if (m_limit >= 0 && rows.size() > static_cast<std::size_t>(m_limit))
         rows.resize(static_cast<std::size_t>(m_limit));
+    const bool hasMore = rows.size() < insights->size();
     show(insights, std::move(rows));
+    if (std::exchange(m_hasMore, hasMore) != hasMore)
+        Q_EMIT hasMoreChanged();
 }
 
 } // namespace tidewright

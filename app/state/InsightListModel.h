@@ -12,6 +12,7 @@ class InsightListModel : public RecordModel<Insight> {
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged)
     Q_PROPERTY(int total READ total NOTIFY totalsChanged)
     Q_PROPERTY(int notableCount READ notableCount NOTIFY totalsChanged)
+    Q_PROPERTY(bool hasMore READ hasMore NOTIFY hasMoreChanged)
 
 public:
     enum class Role {
@@ -34,6 +35,7 @@ public:
 
     int total() const { return m_totals.all; }            ///< shown or not
     int notableCount() const { return m_totals.notable; } ///< of all but tips
+    bool hasMore() const { return m_hasMore; }            ///< than are shown
 
     /// Does what the insight proposes.
     Q_INVOKABLE void perform(int row);
@@ -41,6 +43,7 @@ public:
 Q_SIGNALS:
     void limitChanged();
     void totalsChanged();
+    void hasMoreChanged();
 
 protected:
     QVariant value(std::size_t position, int role) const override;
@@ -59,6 +62,7 @@ private:
     QPointer<AppModel> m_model;
     int m_limit = -1;
     Totals m_totals;
+    bool m_hasMore = false;
 };
 
 } // namespace tidewright

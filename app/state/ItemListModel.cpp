@@ -1,5 +1,6 @@
 #include "app/state/ItemListModel.h"
 
+#include "app/state/ItemTexts.h"
 #include "core/support/Collation.h"
 #include "core/support/Text.h"
 
@@ -10,25 +11,6 @@
 namespace tidewright {
 
 namespace {
-
-constexpr std::size_t shownLocations = 6;
-
-struct DecisionWords {
-    const char* title;
-    const char* symbolName;
-};
-
-// In the order of the enumeration.
-constexpr std::array<DecisionWords, 4> decisionWords{{
-    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Recommended"), "checkmark.circle.fill"},
-    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Optional"), "questionmark.circle.fill"},
-    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "Kept"), "lock.fill"},
-    {QT_TRANSLATE_NOOP("tidewright::ItemListModel", "For review"), "info.circle.fill"},
-}};
-
-const DecisionWords& wordsOf(Decision decision) {
-    return decisionWords.at(static_cast<std::size_t>(decision));
-}
 
 /// Brings texts into a form in which they are equal if they differ in case or composition alone, by
 /// the user's language: in some of them "I" is no other case of "i".
@@ -63,35 +45,27 @@ bool passes(const ScanItem& item, ItemListModel::Filter filter) {
            isSelectable(item.decision) == (filter == ItemListModel::Filter::cleanable);
 }
 
-QString howItIsCleaned(const CleanMethod& method) {
-    if (const auto* command = std::get_if<CleanMethod::Command>(&method.choice))
-        return shownText(command->command.displayString());
-    return shownText(method.label());
-}
-
-QString manualInstructions(const CleanMethod& method) {
-    const auto* manual = std::get_if<CleanMethod::Manual>(&method.choice);
-    return manual != nullptr ? shownText(manual->text) : QString();
-}
-
-QStringList firstPaths(const std::vector<URL>& urls) {
-    QStringList paths;
-    for (std::size_t i = 0; i < std::min(urls.size(), shownLocations); ++i)
-        paths.append(shownText(urls[i].path()));
-    return paths;
-}
-
 } // namespace
 
-ItemListModel::ItemListModel(AppModel& model, Category category, QObject* parent)
+ItemListModel::ItemListModel(AppModel& model,
+                             Category category,
+                             std::function<Date()> now,
+                             QObject* parent)
     : RecordModel(
           QMetaEnum::fromType<Role>(), {QString(), tr("Item"), tr("Size"), tr("Status")}, parent),
       m_model(&model),
-      m_category(category) {
+      m_category(category),
+      m_now(std::move(now)) {
     connect(&model, &AppModel::reportChanged, this, &ItemListModel::takeReport);
     connect(&model, &AppModel::selectionChanged, this, &ItemListModel::takeSelection);
     takeReport();
 }
+
+QString ItemListModel::title() const { return shownText(tidewright::title(m_category)); }
+
+QString ItemListModel::symbolName() const { return shownText(tidewright::symbolName(m_category)); }
+
+QString ItemListModel::description() const { return shownText(summary(m_category)); }
 
 void ItemListModel::setFilter(Filter filter) {
     if (m_filter == filter)
@@ -118,7 +92,7 @@ void ItemListModel::sort(int column, Qt::SortOrder order) {
         return;
     m_sortColumn = sortColumn;
     m_sortOrder = sortOrder;
-    m_known.order = ordered(*records());
+    m_known.order = ordered(*records(), m_known);
     reorder(filtered(*records(), m_known));
     updateFocus();
     Q_EMIT sortChanged();
@@ -149,6 +123,21 @@ void ItemListModel::setSelected(int row, bool on) {
     m_toggled.reset();
 }
 
+int ItemListModel::rowStartingWith(const QString& text, int after) {
+    const std::string beginning = Folding()(text.toStdString());
+    if (beginning.empty())
+        return -1;
+    prepareSearch(*records(), m_known);
+    const int start = std::max(after, -1) + 1;
+    for (int i = 0; i < count(); ++i) {
+        const int row = (start + i) % count();
+        // The title comes first in what is searched.
+        if (m_known.searched[rows()[static_cast<std::size_t>(row)]].starts_with(beginning))
+            return row;
+    }
+    return -1;
+}
+
 void ItemListModel::reveal(int row) {
     if (m_model && hasRow(row))
         m_model->reveal(record(row).urls);
@@ -172,9 +161,9 @@ QVariant ItemListModel::value(std::size_t position, int role) const {
     case Role::decision:
         return shownText(rawValue(item.decision));
     case Role::decisionTitle:
-        return tr(wordsOf(item.decision).title);
+        return tidewright::decisionTitle(item.decision);
     case Role::decisionSymbol:
-        return QString::fromLatin1(wordsOf(item.decision).symbolName);
+        return tidewright::decisionSymbol(item.decision);
     case Role::risk:
         return shownText(rawValue(item.risk));
     case Role::riskTitle:
@@ -192,17 +181,15 @@ QVariant ItemListModel::value(std::size_t position, int role) const {
     case Role::manualInstructions:
         return tidewright::manualInstructions(item.method);
     case Role::inUse:
-        return item.inUseBy ? tr("In use by %1").arg(shownText(*item.inUseBy)) : QString();
+        return inUseText(item);
     case Role::lastUsed:
         return shownDate(item.lastUsed);
     case Role::locationsTitle:
-        return tr("Locations (%1)").arg(item.urls.size());
+        return tidewright::locationsTitle(item);
     case Role::locations:
-        return firstPaths(item.urls);
+        return firstLocations(item);
     case Role::moreLocations:
-        return item.urls.size() > shownLocations
-                   ? tr("and %1 more").arg(item.urls.size() - shownLocations)
-                   : QString();
+        return tidewright::moreLocations(item);
     case Role::selected:
         return static_cast<bool>(m_known.isSelected[position]);
     case Role::selectable:
@@ -218,7 +205,7 @@ void ItemListModel::takeReport() {
     m_isScanned = report != nullptr;
     const Records items = recordsOf(report, &ScanReport::items);
     Known known;
-    known.order = ordered(*items);
+    known.order = ordered(*items, known);
     Rows rows = filtered(*items, known);
     const std::string focused = m_focused ? (*records())[*m_focused].id : std::string();
     show(items, std::move(rows), [&] {
@@ -250,6 +237,7 @@ void ItemListModel::takeSelection() {
     tellChanged([&](int row) { return isChanged[rows()[static_cast<std::size_t>(row)]]; },
                 {static_cast<int>(Role::selected)});
     setFigures(figures);
+    updateDetails();
 }
 
 void ItemListModel::refilter() {
@@ -270,10 +258,20 @@ void ItemListModel::rowsChanged() {
 void ItemListModel::updateFocus() {
     const auto found = m_focused ? std::ranges::find(rows(), *m_focused) : rows().end();
     const int row = found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
-    if (m_focusedRow == row)
+    if (std::exchange(m_focusedRow, row) != row)
+        Q_EMIT focusedRowChanged();
+    updateDetails();
+}
+
+void ItemListModel::updateDetails() {
+    ItemDetails details;
+    if (m_focusedRow >= 0)
+        details =
+            ItemDetails::of((*records())[*m_focused], m_known.isSelected[*m_focused], m_now());
+    if (m_details == details)
         return;
-    m_focusedRow = row;
-    Q_EMIT focusedRowChanged();
+    m_details = std::move(details);
+    Q_EMIT focusedChanged();
 }
 
 void ItemListModel::setFigures(const Figures& figures) {
@@ -284,29 +282,33 @@ void ItemListModel::setFigures(const Figures& figures) {
 }
 
 EmptyText ItemListModel::emptyText() const {
-    const QString category = shownText(tidewright::title(m_category));
     if (!m_isScanned)
-        return {tr("Not scanned yet"), shownText(symbolName(m_category)),
-                tr("Scan your Mac to see %1 items.").arg(category)};
+        return {tr("Not scanned yet"), symbolName(),
+                tr("Scan your Mac to see %1 items.").arg(title())};
     if (m_known.order.empty())
         return {tr("Nothing here"), QStringLiteral("checkmark.circle"),
-                tr("No %1 items were found.").arg(category)};
+                tr("No %1 items were found.").arg(title())};
     if (rows().empty())
         return {{}, {}, tr("No items match this filter.")};
     return {};
 }
 
-ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items) const {
+ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items, Known& known) const {
     Rows positions;
     for (std::size_t position = 0; position < items.size(); ++position)
         if (items[position].category == m_category)
             positions.push_back(position);
+    if (m_sortColumn == static_cast<int>(Column::item) && known.titleKeys.empty()) {
+        known.titleKeys.resize(items.size());
+        for (const std::size_t position : positions)
+            known.titleKeys[position] = sortKey(items[position].title);
+    }
     const auto isBelow = [&](std::size_t left, std::size_t right) {
         const ScanItem& a = items[left];
         const ScanItem& b = items[right];
         switch (static_cast<Column>(m_sortColumn)) {
         case Column::item:
-            return standardCompare(a.title, b.title) < 0;
+            return known.titleKeys[left] < known.titleKeys[right];
         case Column::size:
             return a.sizeBytes < b.sizeBytes;
         case Column::status:
@@ -326,18 +328,23 @@ ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items) c
 
 ItemListModel::Rows ItemListModel::filtered(const std::vector<ScanItem>& items,
                                             Known& known) const {
-    if (!m_needle.empty() && known.searched.empty()) {
-        const Folding fold;
-        known.searched.resize(items.size());
-        for (const std::size_t position : known.order)
-            known.searched[position] = searchedText(items[position], fold);
-    }
+    if (!m_needle.empty())
+        prepareSearch(items, known);
     Rows rows;
     std::ranges::copy_if(known.order, std::back_inserter(rows), [&](std::size_t position) {
         return passes(items[position], m_filter) &&
                (m_needle.empty() || contains(known.searched[position], m_needle));
     });
     return rows;
+}
+
+void ItemListModel::prepareSearch(const std::vector<ScanItem>& items, Known& known) {
+    if (!known.searched.empty())
+        return;
+    const Folding fold;
+    known.searched.resize(items.size());
+    for (const std::size_t position : known.order)
+        known.searched[position] = searchedText(items[position], fold);
 }
 
 std::vector<bool> ItemListModel::selectionOf(const std::vector<ScanItem>& items) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/state/AppModel.h"
+#include "app/state/ItemDetails.h"
 #include "app/state/RowModel.h"
 
 namespace tidewright {
@@ -10,11 +11,15 @@ namespace tidewright {
 /// Main thread only. When the AppModel is gone it goes on showing what it showed.
 class ItemListModel : public RecordModel<ScanItem> {
     Q_OBJECT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString symbolName READ symbolName CONSTANT)
+    Q_PROPERTY(QString description READ description CONSTANT)
     Q_PROPERTY(Filter filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
     Q_PROPERTY(int sortColumn READ sortColumn NOTIFY sortChanged)
     Q_PROPERTY(Qt::SortOrder sortOrder READ sortOrder NOTIFY sortChanged)
     Q_PROPERTY(int focusedRow READ focusedRow WRITE setFocusedRow NOTIFY focusedRowChanged)
+    Q_PROPERTY(tidewright::ItemDetails focused READ focused NOTIFY focusedChanged)
     Q_PROPERTY(int total READ total NOTIFY figuresChanged)
     Q_PROPERTY(tidewright::ByteCount selected READ selected NOTIFY figuresChanged)
     Q_PROPERTY(tidewright::ByteCount optional READ optional NOTIFY figuresChanged)
@@ -56,7 +61,14 @@ public:
     enum class Column { selected, item, size, status };
     Q_ENUM(Column)
 
-    ItemListModel(AppModel& model, Category category, QObject* parent = nullptr);
+    ItemListModel(AppModel& model,
+                  Category category,
+                  std::function<Date()> now = currentDate,
+                  QObject* parent = nullptr);
+
+    QString title() const; ///< of the category
+    QString symbolName() const;
+    QString description() const;
 
     Filter filter() const { return m_filter; }
     void setFilter(Filter filter);
@@ -76,6 +88,12 @@ public:
     /// The row that details are shown of; it follows its item. -1: none, or one that is not shown.
     int focusedRow() const { return m_focusedRow; }
     void setFocusedRow(int row);
+    /// Of the focused row; its dates are told as they were when it last changed.
+    const ItemDetails& focused() const { return m_details; }
+
+    /// The next row after `after`, from the top again after the last, whose title begins with the
+    /// text without regard to case by the user's language; -1 where there is none, or no text.
+    Q_INVOKABLE int rowStartingWith(const QString& text, int after);
 
     int total() const { return m_figures.total; } ///< items of the category
     /// Of the category's items whose id is selected.
@@ -94,6 +112,7 @@ Q_SIGNALS:
     void searchChanged();
     void sortChanged();
     void focusedRowChanged();
+    void focusedChanged();
     void figuresChanged();
 
 protected:
@@ -111,9 +130,10 @@ private:
     };
     /// What is known of the records; positions are those in the report.
     struct Known {
-        Rows order;                        ///< the category's items in the order asked for
-        std::vector<bool> isSelected;      ///< by position
-        std::vector<std::string> searched; ///< folded, by position; made for the first search
+        Rows order;                         ///< the category's items in the order asked for
+        std::vector<bool> isSelected;       ///< by position
+        std::vector<std::string> searched;  ///< folded, by position; made for the first search
+        std::vector<std::string> titleKeys; ///< by position; made for the first sort by title
     };
 
     void takeReport();
@@ -121,16 +141,19 @@ private:
     void refilter();
     void rowsChanged();
     void updateFocus();
+    void updateDetails();
     void setFigures(const Figures& figures);
     EmptyText emptyText() const;
 
-    Rows ordered(const std::vector<ScanItem>& items) const;
+    Rows ordered(const std::vector<ScanItem>& items, Known& known) const;
     Rows filtered(const std::vector<ScanItem>& items, Known& known) const;
+    static void prepareSearch(const std::vector<ScanItem>& items, Known& known);
     std::vector<bool> selectionOf(const std::vector<ScanItem>& items) const;
     Figures figuresOfCategory() const;
 
     QPointer<AppModel> m_model;
     Category m_category;
+    std::function<Date()> m_now;
     Filter m_filter = Filter::all;
     QString m_search;
     std::string m_needle; ///< the search, folded
@@ -141,6 +164,7 @@ private:
     Figures m_figures;
     std::optional<std::size_t> m_focused; ///< a position
     int m_focusedRow = -1;
+    ItemDetails m_details;
     /// The one item whose selection this is about to change.
     std::optional<std::size_t> m_toggled;
 };

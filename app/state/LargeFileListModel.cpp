@@ -1,10 +1,13 @@
 #include "app/state/LargeFileListModel.h"
 
+#include "core/support/RelativeDate.h"
+
 namespace tidewright {
 
-LargeFileListModel::LargeFileListModel(AppModel& model, QObject* parent)
+LargeFileListModel::LargeFileListModel(AppModel& model, std::function<Date()> now, QObject* parent)
     : RecordModel(QMetaEnum::fromType<Role>(), {tr("File"), tr("Modified"), tr("Size")}, parent),
-      m_model(&model) {
+      m_model(&model),
+      m_now(std::move(now)) {
     connect(&model, &AppModel::reportChanged, this, &LargeFileListModel::takeReport);
     takeReport();
 }
@@ -23,6 +26,8 @@ QVariant LargeFileListModel::value(std::size_t position, int role) const {
         return shownText(file.url.lastPathComponent());
     case Role::modified:
         return shownDate(file.modified);
+    case Role::modifiedText:
+        return file.modified ? shownText(relativeDateText(*file.modified, m_now())) : QString();
     case Role::sizeBytes:
         return QVariant::fromValue<qint64>(file.sizeBytes);
     case Role::sizeText:

@@ -15,13 +15,16 @@ public:
     enum class Role {
         path = Qt::UserRole,
         name,
-        modified, ///< a date, invalid where it is not known
+        modified,     ///< a date, invalid where it is not known
+        modifiedText, ///< how long ago; empty where it is not known
         sizeBytes,
         sizeText,
     };
     Q_ENUM(Role)
 
-    explicit LargeFileListModel(AppModel& model, QObject* parent = nullptr);
+    explicit LargeFileListModel(AppModel& model,
+                                std::function<Date()> now = currentDate,
+                                QObject* parent = nullptr);
 
     ByteCount shown() const { return m_shown; } ///< of all rows
 
@@ -40,6 +43,7 @@ private:
     EmptyText emptyText() const;
 
     QPointer<AppModel> m_model;
+    std::function<Date()> m_now;
     ByteCount m_shown;
 };
 

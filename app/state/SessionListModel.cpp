@@ -33,6 +33,28 @@ const char* stateSymbol(const ItemState& state) {
                                                                         : "checkmark.circle.fill";
 }
 
+const char* stateTint(const ItemState& state) {
+    const Status* status = statusIn(state);
+    if (status == nullptr)
+        return std::holds_alternative<ItemState::Running>(state.choice) ? "accent" : "secondary";
+    if (std::holds_alternative<Status::Skipped>(status->choice))
+        return "orange";
+    return std::holds_alternative<Status::Failed>(status->choice) ? "red" : "green";
+}
+
+const char* stateTitle(const ItemState& state) {
+    const Status* status = statusIn(state);
+    if (status == nullptr)
+        return std::holds_alternative<ItemState::Running>(state.choice)
+                   ? QT_TRANSLATE_NOOP("tidewright::SessionListModel", "Being cleaned")
+                   : QT_TRANSLATE_NOOP("tidewright::SessionListModel", "Waiting");
+    if (!status->isSuccess())
+        return QT_TRANSLATE_NOOP("tidewright::SessionListModel", "Not cleaned");
+    return std::holds_alternative<Status::MovedToTrash>(status->choice)
+               ? QT_TRANSLATE_NOOP("tidewright::SessionListModel", "Moved to the Trash")
+               : QT_TRANSLATE_NOOP("tidewright::SessionListModel", "Cleaned");
+}
+
 QString planText(const ScanItem& item) {
     if (const auto* command = std::get_if<CleanMethod::Command>(&item.method.choice))
         return shownText(command->command.displayString());
@@ -54,6 +76,8 @@ QString SessionListModel::attentionText() const {
     return tr("%1 items are personal data, devices or project files. Check them below.")
         .arg(m_figures.attention);
 }
+
+QString SessionListModel::cleanTitle() const { return tr("Clean %1").arg(m_figures.total.text()); }
 
 double SessionListModel::progress() const {
     if (m_progress.total == 0)
@@ -90,6 +114,11 @@ QVariant SessionListModel::value(std::size_t position, int role) const {
         if (m_phase == Phase::review)
             return QString::fromLatin1(item.method.isTrash() ? "trash" : "sparkles");
         return QString::fromLatin1(stateSymbol(m_states[position]));
+    case Role::stateTitle:
+        return m_phase == Phase::review ? QString() : tr(stateTitle(m_states[position]));
+    case Role::tint:
+        return QString::fromLatin1(m_phase == Phase::review ? "secondary"
+                                                            : stateTint(m_states[position]));
     }
     return {};
 }
@@ -110,6 +139,11 @@ bool SessionListModel::asksForAttention(std::size_t position) const {
     return status != nullptr && !status->isSuccess();
 }
 
+void SessionListModel::showAuditLog() {
+    if (m_model && m_session && m_session->summary() && m_session->summary()->logFile)
+        m_model->reveal({*m_session->summary()->logFile});
+}
+
 void SessionListModel::takeSession() {
     if (m_session)
         m_session->disconnect(this);
@@ -121,7 +155,10 @@ void SessionListModel::takeSession() {
     for (std::size_t position = 0; position < items->size(); ++position)
         m_positionOf[(*items)[position].id] = position;
     if (m_session) {
-        connect(m_session, &CleaningSession::phaseChanged, this, &SessionListModel::takePhase);
+        connect(m_session, &CleaningSession::phaseChanged, this, [this] {
+            takePhase();
+            takeFace();
+        });
         connect(m_session, &CleaningSession::stateChanged, this, &SessionListModel::takeState);
         connect(m_session, &CleaningSession::completedCountChanged, this,
                 &SessionListModel::takeProgress);
@@ -131,6 +168,7 @@ void SessionListModel::takeSession() {
     takePhase();
     takeProgress();
     takeFigures();
+    takeFace();
 }
 
 void SessionListModel::takePhase() {
@@ -143,6 +181,34 @@ void SessionListModel::takePhase() {
     Q_EMIT phaseChanged();
 }
 
+void SessionListModel::takeFace() {
+    takeResults(); // first, so that the results are there when their face is shown
+    const auto faceOf = [](Phase phase) {
+        switch (phase) {
+        case Phase::review:
+            return QStringLiteral("review");
+        case Phase::cleaning:
+            return QStringLiteral("cleaning");
+        case Phase::finished:
+            break;
+        }
+        return QStringLiteral("finished");
+    };
+    const QString face = m_session ? faceOf(m_session->phase()) : QString();
+    if (std::exchange(m_face, face) != face)
+        Q_EMIT faceChanged();
+}
+
+void SessionListModel::takeResults() {
+    const bool isFinished = m_session && m_session->summary();
+    const CleanResults results =
+        isFinished ? CleanResults::of(*m_session->summary()) : CleanResults();
+    if (m_results == results)
+        return;
+    m_results = results;
+    Q_EMIT resultsChanged();
+}
+
 void SessionListModel::takeState(const std::string& itemID) {
     const auto found = m_positionOf.find(itemID);
     if (found == m_positionOf.end())
@@ -150,6 +216,7 @@ void SessionListModel::takeState(const std::string& itemID) {
     m_states[found->second] = m_session->state(itemID);
     tellChanged([&](int row) { return rows()[static_cast<std::size_t>(row)] == found->second; },
                 {static_cast<int>(Role::state), static_cast<int>(Role::symbolName),
+                 static_cast<int>(Role::stateTitle), static_cast<int>(Role::tint),
                  static_cast<int>(Role::detail), static_cast<int>(Role::attention)});
 }
 

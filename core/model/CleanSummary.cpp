@@ -1,5 +1,8 @@
 #include "core/model/CleanSummary.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <numeric>
 
 namespace tidewright {
@@ -42,6 +45,21 @@ Int64 CleanSummary::estimatedFreed() const {
 
 Int64 CleanSummary::movedToTrash() const {
     return bytesOf<CleanOutcome::Status::MovedToTrash>(outcomes);
+}
+
+std::string CleanSummary::headline() const {
+    return "Freed " + formattedBytes(std::max(measuredGain(), Int64{0}));
+}
+
+std::string CleanSummary::explanation() const {
+    std::string text = fmt::format("Measured on your disk: {} now available.",
+                                   formattedBytes(diskAfter.availableBytes));
+    if (movedToTrash() >= 1)
+        text += fmt::format(" {} moved to the Trash; empty it to free that space too.",
+                            formattedBytes(movedToTrash()));
+    if (measuredGain() < estimatedFreed() / 2)
+        text += " macOS may take a moment to report all reclaimed space.";
+    return text;
 }
 
 } // namespace tidewright

@@ -85,6 +85,11 @@ struct CleanSummary {
     Int64 estimatedFreed() const; ///< of what was cleaned, as the scan measured it
     Int64 movedToTrash() const;   ///< the same of what was moved to the Trash
 
+    /// "Freed 12 GB": what was gained, as measured, nothing where space was lost.
+    std::string headline() const;
+    /// The sentences below it: what is available now, and why it may be less than was cleaned.
+    std::string explanation() const;
+
     bool operator==(const CleanSummary&) const = default;
     static constexpr auto fields() {
         return std::tuple{field("outcomes", &CleanSummary::outcomes),

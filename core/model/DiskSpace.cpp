@@ -18,4 +18,14 @@ DiskSpace::Health DiskSpace::health(Int64 lowThreshold, Int64 criticalThreshold)
     return availableBytes < lowThreshold ? Health::low : Health::good;
 }
 
+std::string_view title(DiskSpace::Health health) {
+    constexpr std::array<std::string_view, 3> titles{"Healthy", "Low space", "Almost full"};
+    return titles.at(static_cast<std::size_t>(health));
+}
+
+std::string_view symbolName(DiskSpace::Health health) {
+    return health == DiskSpace::Health::good ? "checkmark.seal.fill"
+                                             : "exclamationmark.triangle.fill";
+}
+
 } // namespace tidewright

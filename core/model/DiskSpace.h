@@ -38,4 +38,8 @@ struct EnumCases<DiskSpace::Health> {
     };
 };
 
+/// The user's word for a health.
+std::string_view title(DiskSpace::Health health);
+std::string_view symbolName(DiskSpace::Health health);
+
 } // namespace tidewright

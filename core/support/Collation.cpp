@@ -36,13 +36,33 @@ icu::StringPiece piece(std::string_view text) {
     return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
+/// Comparing is const and so may be shared between threads.
+const icu::Collator& sharedCollator() {
+    static const std::unique_ptr<const icu::Collator> collator = makeCollator();
+    return *collator;
+}
+
 } // namespace
 
 int standardCompare(std::string_view a, std::string_view b) {
-    // Comparing is const and so may be shared between threads.
-    static const std::unique_ptr<const icu::Collator> collator = makeCollator();
     UErrorCode status = U_ZERO_ERROR;
-    return collator->compareUTF8(piece(a), piece(b), status);
+    return sharedCollator().compareUTF8(piece(a), piece(b), status);
+}
+
+std::string sortKey(std::string_view text) {
+    constexpr std::int32_t usualLength = 128;
+    const icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(piece(text));
+    std::basic_string<std::uint8_t> bytes(usualLength, 0);
+    const auto write = [&] {
+        return sharedCollator().getSortKey(unicode, bytes.data(),
+                                           static_cast<std::int32_t>(bytes.size()));
+    };
+    const auto length = static_cast<std::size_t>(write());
+    const bool hasRoom = length <= bytes.size();
+    bytes.resize(length);
+    if (!hasRoom)
+        write();
+    return {bytes.begin(), bytes.end()};
 }
 
 } // namespace tidewright

@@ -1,6 +1,7 @@
 // The order in which people expect names: locale-aware, digit runs by value.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace tidewright {
@@ -10,5 +11,9 @@ namespace tidewright {
 /// nothing else differs. Texts that collate the same are equal here, also if their bytes differ.
 /// Any thread.
 int standardCompare(std::string_view a, std::string_view b);
+
+/// Bytes whose order (as of unsigned numbers) is that of the texts, for sorting many of them. Any
+/// thread.
+std::string sortKey(std::string_view text);
 
 } // namespace tidewright

@@ -1,7 +1,9 @@
 #include "app/state/AppModel.h"
 
+#include "core/platform/FileProtection.h"
 #include "core/platform/StandardFolders.h"
 #include "tests/support/app/EventLoop.h"
+#include "tests/support/app/PropertyWatch.h"
 #include "tests/support/app/StateTesting.h"
 
 #include <QSignalSpy>
@@ -84,11 +86,16 @@ protected:
     SteppedScan m_scan;
     bool m_hasAccess = true;
     std::vector<std::vector<URL>> m_revealed;
+    std::vector<std::string> m_opened;
     std::optional<DiskSpace> m_disk = DiskSpace{500 * gigabyte, 100 * gigabyte};
     int m_diskReadings = 0;
     TestState m_state{[this](AppEnvironment& environment) {
         environment.hasFullDiskAccess = [this] { return m_hasAccess; };
         environment.reveal = [this](const std::vector<URL>& urls) { m_revealed.push_back(urls); };
+        environment.openLocation = [this](const std::string& location) {
+            m_opened.push_back(location);
+        };
+        environment.protectsUserFiles = true;
         environment.runner.locator.searchPath = {environment.home.appending("tools").path(),
                                                  "/usr/bin", "/bin"};
         environment.monitorSystem.readDisk = [this]() -> Result<DiskSpace, SystemError> {
@@ -576,6 +583,119 @@ TEST_F(AppModelTest, AScanGoesByTheSettings) {
     EXPECT_EQ(scanner.home, m_state.home.url());
 }
 
+TEST_F(AppModelTest, EachScreenHasAName) {
+    const std::pair<const char*, Destination> names[] = {
+        {"insights", Destination::insights()},
+        {"overview", Destination::overview()},
+        {"apps", Destination::apps()},
+        {"history", Destination::history()},
+        {"android", Destination::category(Category::android)},
+        {"xcode", Destination::category(Category::xcode)},
+        {"javascript", Destination::category(Category::javascript)},
+        {"system", Destination::category(Category::system)},
+        {"projects", Destination::category(Category::projects)},
+    };
+    test::PropertyWatch watch(m_model);
+    for (const auto& [name, destination] : names) {
+        m_model.setDestinationName(QString::fromUtf8(name));
+        EXPECT_EQ(m_model.destination(), destination) << name;
+        EXPECT_EQ(m_model.destinationName().toStdString(), name);
+        EXPECT_THAT(watch.told(), ElementsAre("destinationChanged"));
+        for (const char* unknown : {"", "category", "Overview", "elsewhere", name})
+            m_model.setDestinationName(QString::fromUtf8(unknown));
+        EXPECT_EQ(m_model.destination(), destination) << name;
+        EXPECT_THAT(watch.told(), IsEmpty());
+    }
+    EXPECT_EQ(watch.complaint(), "");
+}
+
+TEST_F(AppModelTest, FullDiskAccessIsFoundOutWhenAsked) {
+    test::PropertyWatch watch(m_model);
+    EXPECT_FALSE(m_model.asksForFullDiskAccess());
+    m_hasAccess = false;
+    EXPECT_TRUE(m_model.hasFullDiskAccess());
+    m_model.checkFullDiskAccess();
+    m_model.checkFullDiskAccess();
+    EXPECT_FALSE(m_model.hasFullDiskAccess());
+    EXPECT_TRUE(m_model.asksForFullDiskAccess());
+    EXPECT_THAT(watch.told(), ElementsAre("hasFullDiskAccessChanged"));
+    m_hasAccess = true;
+    m_model.checkFullDiskAccess();
+    EXPECT_FALSE(m_model.asksForFullDiskAccess());
+    EXPECT_EQ(watch.complaint(), "");
+}
+
+TEST_F(AppModelTest, WhereFilesAreNotProtectedNothingIsAskedFor) {
+    AppEnvironment environment = test::inertEnvironment(m_state.home.url());
+    environment.hasFullDiskAccess = [] { return false; };
+    environment.protectsUserFiles = false;
+    const AppModel model(std::move(environment), m_state.defaults, m_state.workers);
+    EXPECT_FALSE(model.hasFullDiskAccess());
+    EXPECT_FALSE(model.asksForFullDiskAccess());
+}
+
+TEST_F(AppModelTest, TheSettingsOfFullDiskAccessAreOpened) {
+    m_model.openFullDiskAccessSettings();
+    EXPECT_THAT(
+        m_opened,
+        ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
+}
+
+TEST_F(AppModelTest, ASelectionOfNoSizeIsOneToo) {
+    EXPECT_FALSE(m_model.hasSelectedItems());
+    ScanItem manual = itemOf(Decision::clean, "manual", 100);
+    manual.method = CleanMethod::manual("By hand.");
+    const ScanItem empty = itemOf(Decision::ask, "empty", 0);
+    m_state.scanned(reportOf({manual, empty}));
+    EXPECT_FALSE(m_model.hasSelectedItems());
+    EXPECT_EQ(m_model.selectedBytes(), 0);
+    EXPECT_EQ(m_model.reclaimable(Category::system), 100);
+    m_model.setSelected(empty, true);
+    EXPECT_TRUE(m_model.hasSelectedItems());
+    m_model.setSelected(empty, false);
+    EXPECT_FALSE(m_model.hasSelectedItems());
+}
+
+TEST_F(AppModelTest, SumsFollowTheReportAndTheSelection) {
+    const ScanItem one = itemOf(Decision::clean, "one", 1);
+    ScanItem two = itemOf(Decision::ask, "two", 20);
+    two.category = Category::xcode;
+    std::vector<Int64> whenTold; // as those hear who hear of it first
+    QObject::connect(&m_model, &AppModel::selectionChanged, &m_model,
+                     [&] { whenTold.push_back(m_model.selectedBytes()); });
+    QObject::connect(&m_model, &AppModel::reportChanged, &m_model,
+                     [&] { whenTold.push_back(m_model.selectedBytes()); });
+    m_state.scanned(reportOf({one, two}));
+    m_model.setSelected(two, true);
+    EXPECT_EQ(m_model.reclaimable(Category::xcode), 20);
+    m_state.scanned(reportOf({two}));
+    EXPECT_EQ(m_model.reclaimable(Category::system), 0);
+    m_model.review({two.id});
+    EXPECT_THAT(whenTold, ElementsAre(0, 1, 21, 20, 0, 20));
+}
+
+TEST_F(AppModelTest, ACleanupIsStopped) {
+    m_model.stopCleaning(); // there is none
+    const std::string waits = test::shellWaitFor(m_state.home.path("go"));
+    m_state.home.tool("tools/waiting", waits);
+    ScanItem waiting = realItem("waiting", 9);
+    waiting.method = CleanMethod::command({"waiting", {}, std::nullopt, false});
+    m_state.scanned(reportOf({waiting, realItem("next", 1)}));
+    m_model.reviewSelection();
+    m_model.stopCleaning(); // it has not begun
+    m_model.startCleaning();
+    ASSERT_TRUE(becomesTrue([&] {
+        return m_model.session()->state(waiting.id).choice.index() == 1; // it runs
+    }));
+    m_model.stopCleaning();
+    m_state.home.file("go");
+    ASSERT_TRUE(becomesTrue([&] { return m_state.workers.isIdle(); }));
+    runEventLoopOnce();
+    EXPECT_EQ(m_model.session()->phase(), CleaningSession::Phase::cleaning);
+    EXPECT_THAT(m_model.history().entries(), IsEmpty());
+    EXPECT_THAT(m_model.report()->items, SizeIs(2));
+}
+
 TEST_F(AppModelTest, TheEnvironmentOfAProcessIsThatOfItsUser) {
     const AppEnvironment environment = AppEnvironment::current();
     EXPECT_EQ(environment.home, homeDirectory());
@@ -583,6 +703,7 @@ TEST_F(AppModelTest, TheEnvironmentOfAProcessIsThatOfItsUser) {
               userDataDirectory(environment.home).appending("Tidewright"));
     EXPECT_EQ(environment.auditLogDirectory, auditLogDirectory(environment.home));
     EXPECT_THAT(environment.rules, SizeIs(40));
+    EXPECT_EQ(environment.protectsUserFiles, protectsUserFiles());
 }
 
 } // namespace

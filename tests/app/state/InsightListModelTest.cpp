@@ -84,6 +84,24 @@ TEST_F(InsightListModelTest, TheLimitHoldsBackTheRest) {
     EXPECT_EQ(m_watch.complaint(), "");
 }
 
+TEST_F(InsightListModelTest, ThereAreMoreThanAreShownAboveTheLimitOnly) {
+    m_model.setLimit(4);
+    EXPECT_FALSE(m_model.hasMore());
+    scanned({insight("a"), insight("b"), insight("c"), insight("d")});
+    EXPECT_FALSE(m_model.hasMore());
+    EXPECT_EQ(m_model.count(), 4);
+    scanned({insight("a"), insight("b"), insight("c"), insight("d"), insight("e")});
+    EXPECT_TRUE(m_model.hasMore());
+    EXPECT_EQ(m_model.count(), 4);
+    m_model.setLimit(5);
+    EXPECT_FALSE(m_model.hasMore());
+    m_model.setLimit(3);
+    EXPECT_TRUE(m_model.hasMore());
+    m_model.setLimit(-1);
+    EXPECT_FALSE(m_model.hasMore());
+    EXPECT_EQ(m_watch.complaint(), "");
+}
+
 TEST_F(InsightListModelTest, InsightsThatStaySayWhatIsNewOfThem) {
     scanned({insight("a"), insight("b"), insight("c")});
     m_watch.told();

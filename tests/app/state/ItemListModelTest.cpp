@@ -5,6 +5,7 @@
 #include "tests/support/app/ModelWatch.h"
 #include "tests/support/app/StateTesting.h"
 
+#include <QSignalSpy>
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -398,6 +399,77 @@ TEST_F(ItemListModelTest, TheFocusFollowsItsItem) {
     model.setFocusedRow(7);
     EXPECT_EQ(model.focusedRow(), -1);
     EXPECT_EQ(watch.complaint(), "");
+}
+
+TEST_F(ItemListModelTest, ItSaysWhatItsCategoryIs) {
+    const ItemListModel model(app(), Category::xcode);
+    EXPECT_EQ(model.title().toStdString(), "Xcode & iOS");
+    EXPECT_EQ(model.symbolName().toStdString(), "hammer");
+    EXPECT_EQ(model.description().toStdString(),
+              "DerivedData, simulators, runtimes and CocoaPods.");
+}
+
+TEST_F(ItemListModelTest, DetailsAreThoseOfTheFocusedItem) {
+    using namespace std::chrono_literals;
+    ScanItem one = item("one", Decision::ask);
+    one.lastUsed = Date(1'700'000'000s);
+    scanned({one, item("two", Decision::keep)});
+    Date now = *one.lastUsed + 5min;
+    ItemListModel model(app(), category, [&now] { return now; });
+    ModelWatch watch(model);
+    const QSignalSpy changes(&model, &ItemListModel::focusedChanged);
+    EXPECT_EQ(model.focused(), ItemDetails());
+    model.setFocusedRow(0);
+    EXPECT_EQ(model.focused(), ItemDetails::of(one, false, now));
+    EXPECT_EQ(changes.count(), 1);
+    now += 1h; // nobody tells of the time, so what was said stays until something else changes
+    EXPECT_EQ(watch.complaint(), "");
+    model.setSelected(0, true);
+    EXPECT_EQ(model.focused(), ItemDetails::of(one, true, now));
+    EXPECT_EQ(changes.count(), 2);
+    app().setSelected(one, false);
+    EXPECT_FALSE(model.focused().selected);
+    EXPECT_EQ(changes.count(), 3);
+    sortBy(model, Column::item, Qt::DescendingOrder);
+    EXPECT_EQ(changes.count(), 3) << "the same item at another place";
+    model.setFilter(Filter::kept);
+    EXPECT_EQ(model.focused(), ItemDetails()) << "it is not shown";
+    model.setFilter(Filter::all);
+    EXPECT_TRUE(model.focused().isPresent);
+    one.reason = "Another reason.";
+    scanned({one});
+    EXPECT_EQ(model.focused().sections.front().text.toStdString(), "Another reason.");
+    scanned({item("two", Decision::keep)});
+    EXPECT_EQ(model.focused(), ItemDetails()) << "it is gone";
+    EXPECT_EQ(watch.complaint(), "");
+}
+
+TEST_F(ItemListModelTest, TheNextRowIsFoundByTheBeginningOfItsTitle) {
+    scanned({item("npm cache"), item("Node 20"), item("yarn", Decision::keep), item("nodemon"),
+             item("\xc3\x89mile")});
+    ItemListModel model(app(), category);
+    struct Case {
+        const char* text;
+        int after;
+        int expected;
+    };
+    constexpr Case cases[] = {
+        {"n", -1, 0}, {"n", 0, 1},   {"N", 1, 3},          {"n", 3, 0},
+        {"n", 4, 0},  {"no", -1, 1}, {"NODE", 1, 3},       {"node ", 3, 1},
+        {"y", 2, 2},  {"", 0, -1},   {"cache", -1, -1},    {"npm cachegroup", -1, -1},
+        {"n", 99, 0}, {"n", -99, 0}, {"E\xcc\x81m", 0, 4}, {"x", 0, -1},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(model.rowStartingWith(QString::fromUtf8(each.text), each.after), each.expected)
+            << each.text << " after " << each.after;
+    sortBy(model, Column::item);
+    EXPECT_EQ(model.rowStartingWith(QStringLiteral("y"), -1), 4);
+    model.setFilter(Filter::cleanable);
+    EXPECT_EQ(model.rowStartingWith(QStringLiteral("y"), -1), -1);
+    scanned({});
+    EXPECT_EQ(model.rowStartingWith(QStringLiteral("n"), -1), -1);
+    scanned({item("new"), item("newer")});
+    EXPECT_EQ(model.rowStartingWith(QStringLiteral("newe"), -1), 1);
 }
 
 TEST_F(ItemListModelTest, ARowIsShownInTheFileManager) {

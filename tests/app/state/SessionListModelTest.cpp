@@ -22,7 +22,9 @@ using Phase = CleaningSession::Phase;
 
 class SessionListModelTest : public testing::Test {
 protected:
-    TestState m_state{[](AppEnvironment& environment) {
+    std::vector<std::vector<URL>> m_revealed;
+    TestState m_state{[this](AppEnvironment& environment) {
+        environment.reveal = [this](const std::vector<URL>& urls) { m_revealed.push_back(urls); };
         environment.runner.locator.searchPath = {environment.home.appending("tools").path(),
                                                  "/usr/bin", "/bin"};
     }};
@@ -108,6 +110,7 @@ TEST_F(SessionListModelTest, UnderReviewItemsStandByMethodAndThenLargestFirst) {
     EXPECT_THAT(columnOf(model, "state"), Each(""));
     EXPECT_THAT(columnOf(model, "symbolName"),
                 ElementsAre("sparkles", "sparkles", "sparkles", "sparkles", "trash", "trash"));
+    EXPECT_THAT(columnOf(model, "tint"), Each("secondary"));
     EXPECT_THAT(columnOf(model, "version"), ElementsAre("", "", "", "", "3", ""));
     EXPECT_THAT(columnOf(model, "sizeText"),
                 ElementsAre("3 KB", "300 bytes", "2 bytes", "1 byte", "40 bytes", "4 bytes"));
@@ -117,6 +120,68 @@ TEST_F(SessionListModelTest, UnderReviewItemsStandByMethodAndThenLargestFirst) {
     EXPECT_EQ(model.attentionCount(), 2);
     EXPECT_EQ(model.attentionText().toStdString(),
               "2 items are personal data, devices or project files. Check them below.");
+}
+
+TEST_F(SessionListModelTest, OnlyTrashItemsAreOneGroupAndTwoFigures) {
+    review({item("a", 40, CleanMethod::trash()), item("b", 2, CleanMethod::trash())});
+    const SessionListModel model(app());
+    EXPECT_THAT(columnOf(model, "methodGroup"), Each("Move to Trash"));
+    EXPECT_EQ(model.totalSize().bytes, 42);
+    EXPECT_EQ(model.permanent().bytes, 0);
+    EXPECT_EQ(model.toTrash().bytes, 42);
+    EXPECT_EQ(model.cleanTitle().toStdString(), "Clean 42 bytes");
+}
+
+TEST_F(SessionListModelTest, TheFaceFollowsTheSession) {
+    SessionListModel model(app());
+    ModelWatch watch(model);
+    std::vector<std::string> faces;
+    QObject::connect(&model, &SessionListModel::faceChanged, &model, [&] {
+        faces.push_back(model.face().toStdString());
+        // What the face shows is there already.
+        EXPECT_EQ(model.results().headline.isEmpty(), model.face() != QLatin1String("finished"));
+    });
+    EXPECT_EQ(model.face().toStdString(), "");
+    review({removed("a", 1)});
+    app().closeSession();
+    app().reviewSelection();
+    clean();
+    app().closeSession();
+    EXPECT_THAT(faces, ElementsAre("review", "", "review", "cleaning", "finished", ""));
+    EXPECT_EQ(watch.complaint(), "");
+}
+
+TEST_F(SessionListModelTest, ItsResultsAreThoseOfTheCleanup) {
+    review({removed("a", 5), refused("b", 4)});
+    SessionListModel model(app());
+    EXPECT_EQ(model.results(), CleanResults());
+    clean();
+    EXPECT_EQ(model.results(), CleanResults::of(*app().session()->summary()));
+    EXPECT_FALSE(model.results().isComplete);
+    app().closeSession();
+    EXPECT_EQ(model.results(), CleanResults());
+}
+
+TEST_F(SessionListModelTest, TheAuditLogOfWhatIsFinishedIsShown) {
+    SessionListModel model(app());
+    model.showAuditLog();
+    review({removed("a", 1)});
+    model.showAuditLog();
+    EXPECT_THAT(m_revealed, testing::IsEmpty());
+    clean();
+    model.showAuditLog();
+    ASSERT_TRUE(app().session()->summary()->logFile);
+    EXPECT_THAT(m_revealed, ElementsAre(ElementsAre(*app().session()->summary()->logFile)));
+}
+
+TEST_F(SessionListModelTest, WithoutAnAuditLogThereIsNoneToShow) {
+    m_state.home.file("logs", "in the way of the folder");
+    review({removed("a", 1)});
+    SessionListModel model(app());
+    clean();
+    EXPECT_FALSE(model.results().hasLog);
+    model.showAuditLog();
+    EXPECT_THAT(m_revealed, testing::IsEmpty());
 }
 
 TEST_F(SessionListModelTest, NothingToCheckIsNotSpokenOf) {
@@ -139,8 +204,8 @@ TEST_F(SessionListModelTest, WhileItCleansEachRowSaysWhatHasBecomeOfIt) {
         const auto show = [&](const char* role) {
             return columnOf(model, role)[static_cast<std::size_t>(index.row())];
         };
-        lastSeen[show("title")] = {show("state"), show("symbolName"), show("attention"),
-                                   show("detail")};
+        lastSeen[show("title")] = {show("state"), show("symbolName"), show("tint"),
+                                   show("attention"), show("detail")};
     });
     app().startCleaning();
     EXPECT_EQ(model.phase(), Phase::cleaning);
@@ -148,6 +213,7 @@ TEST_F(SessionListModelTest, WhileItCleansEachRowSaysWhatHasBecomeOfIt) {
                 ElementsAre("removed", "trashed", "broken", "refused", "waiting"));
     EXPECT_THAT(columnOf(model, "state"), Each("pending"));
     EXPECT_THAT(columnOf(model, "symbolName"), Each("circle"));
+    EXPECT_THAT(columnOf(model, "tint"), Each("secondary"));
     EXPECT_THAT(columnOf(model, "attention"), Each("false"));
     EXPECT_EQ(model.progressText().toStdString(), "0 of 5 done");
 
@@ -155,18 +221,20 @@ TEST_F(SessionListModelTest, WhileItCleansEachRowSaysWhatHasBecomeOfIt) {
         [&] { return model.progress() == 0.2 && columnOf(model, "state").back() == "running"; }));
     EXPECT_EQ(model.progressText().toStdString(), "1 of 5 done");
     EXPECT_EQ(lastSeen["waiting"],
-              (std::vector<std::string>{"running", "", "false", "waiting 'a b'"}));
-    EXPECT_THAT(lastSeen["broken"], ElementsAre("failed", "xmark.circle.fill", "true",
+              (std::vector<std::string>{"running", "", "accent", "false", "waiting 'a b'"}));
+    EXPECT_THAT(lastSeen["broken"], ElementsAre("failed", "xmark.circle.fill", "red", "true",
                                                 testing::StartsWith("Failed: `broken")));
     EXPECT_EQ(watch.complaint(), "");
 
     letGo();
     ASSERT_TRUE(test::becomesTrue([&] { return model.phase() == Phase::finished; }));
-    EXPECT_EQ(lastSeen["removed"], (std::vector<std::string>{"cleaned", "checkmark.circle.fill",
-                                                             "false", "It is made again."}));
-    EXPECT_EQ(lastSeen["trashed"], (std::vector<std::string>{"movedToTrash", "trash.circle.fill",
-                                                             "false", "It is made again."}));
-    EXPECT_THAT(lastSeen["refused"], ElementsAre("skipped", "minus.circle.fill", "true",
+    EXPECT_EQ(lastSeen["removed"],
+              (std::vector<std::string>{"cleaned", "checkmark.circle.fill", "green", "false",
+                                        "It is made again."}));
+    EXPECT_EQ(lastSeen["trashed"],
+              (std::vector<std::string>{"movedToTrash", "trash.circle.fill", "green", "false",
+                                        "It is made again."}));
+    EXPECT_THAT(lastSeen["refused"], ElementsAre("skipped", "minus.circle.fill", "orange", "true",
                                                  testing::StartsWith("Skipped: ")));
     EXPECT_EQ(model.progress(), 1);
     EXPECT_EQ(watch.complaint(), "");

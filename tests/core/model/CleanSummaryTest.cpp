@@ -172,5 +172,78 @@ TEST(CleanSummary, EveryFieldTellsSummariesApart) {
         }
 }
 
+Int64 bytesOf(int gigabytes) { return gigabytes * gigabyte; }
+
+TEST(CleanSummary, ItsTextsTellWhatWasMeasured) {
+    struct Case {
+        const char* name;
+        Int64 before;
+        Int64 after;
+        std::vector<CleanOutcome> outcomes;
+        const char* headline;
+        const char* explanation;
+    };
+    const auto of = [](Status status, Int64 bytes) {
+        return CleanOutcome{"a", "A", status, bytes};
+    };
+    const Case cases[] = {
+        {"as estimated",
+         bytesOf(10),
+         bytesOf(22),
+         {of(Status::cleaned(), bytesOf(12))},
+         "Freed 12 GB",
+         "Measured on your disk: 22 GB now available."},
+        {"half of the estimate",
+         bytesOf(10),
+         bytesOf(16),
+         {of(Status::cleaned(), bytesOf(12) + 1)},
+         "Freed 6 GB",
+         "Measured on your disk: 16 GB now available."},
+        {"a byte below half of the estimate",
+         bytesOf(10),
+         bytesOf(16) - 1,
+         {of(Status::cleaned(), bytesOf(12))},
+         "Freed 6 GB",
+         "Measured on your disk: 16 GB now available."
+         " macOS may take a moment to report all reclaimed space."},
+        {"less space than before",
+         bytesOf(10),
+         bytesOf(9),
+         {of(Status::cleaned(), 2)},
+         "Freed Zero KB",
+         "Measured on your disk: 9 GB now available."
+         " macOS may take a moment to report all reclaimed space."},
+        {"only to the Trash",
+         bytesOf(10),
+         bytesOf(10),
+         {of(Status::movedToTrash(), bytesOf(3))},
+         "Freed Zero KB",
+         "Measured on your disk: 10 GB now available."
+         " 3 GB moved to the Trash; empty it to free that space too."},
+        {"a byte to the Trash, and waiting",
+         bytesOf(10),
+         bytesOf(10),
+         {of(Status::movedToTrash(), 1), of(Status::cleaned(), bytesOf(3))},
+         "Freed Zero KB",
+         "Measured on your disk: 10 GB now available."
+         " 1 byte moved to the Trash; empty it to free that space too."
+         " macOS may take a moment to report all reclaimed space."},
+        {"nothing done",
+         bytesOf(10),
+         bytesOf(10),
+         {of(Status::failed(""), bytesOf(5))},
+         "Freed Zero KB",
+         "Measured on your disk: 10 GB now available."},
+    };
+    for (const Case& each : cases) {
+        CleanSummary summary;
+        summary.diskBefore = {bytesOf(100), each.before};
+        summary.diskAfter = {bytesOf(100), each.after};
+        summary.outcomes = each.outcomes;
+        EXPECT_EQ(summary.headline(), each.headline) << each.name;
+        EXPECT_EQ(summary.explanation(), each.explanation) << each.name;
+    }
+}
+
 } // namespace
 } // namespace tidewright

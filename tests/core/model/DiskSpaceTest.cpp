@@ -31,6 +31,16 @@ TEST(DiskSpace, WhatIsUsedIsNeverBelowZero) {
     }
 }
 
+TEST(DiskSpace, EachHealthHasItsWordAndSymbol) {
+    using Health = DiskSpace::Health;
+    EXPECT_EQ(title(Health::good), "Healthy");
+    EXPECT_EQ(title(Health::low), "Low space");
+    EXPECT_EQ(title(Health::critical), "Almost full");
+    EXPECT_EQ(symbolName(Health::good), "checkmark.seal.fill");
+    EXPECT_EQ(symbolName(Health::low), "exclamationmark.triangle.fill");
+    EXPECT_EQ(symbolName(Health::critical), "exclamationmark.triangle.fill");
+}
+
 TEST(DiskSpace, ExactlyAThresholdIsNotBelowIt) {
     using Health = DiskSpace::Health;
     struct Case {

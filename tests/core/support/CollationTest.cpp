@@ -144,6 +144,25 @@ TEST(Collation, IsOneOrderForAllTexts) {
     }
 }
 
+TEST(Collation, SortKeysHaveTheOrderOfTheTexts) {
+    std::mt19937 random(20260301);
+    for (int round = 0; round < 20'000; ++round) {
+        const std::string a = randomText(random);
+        const std::string b = randomText(random);
+        ASSERT_EQ(sign(sortKey(a).compare(sortKey(b))), sign(standardCompare(a, b)))
+            << a << " / " << b;
+    }
+}
+
+TEST(Collation, SortKeysOfLongTextsAreWhole) {
+    for (const std::size_t length : {10U, 60U, 120U, 125U, 130U, 1'000U, 100'000U}) {
+        const std::string same(length, 'a');
+        EXPECT_LT(sortKey(same + "9"), sortKey(same + "10")) << length;
+        EXPECT_LT(sortKey(same + "b"), sortKey(same + "B")) << length;
+        EXPECT_EQ(sortKey(same + "02"), sortKey(same + "2")) << length;
+    }
+}
+
 /// The language is looked up once for a process, so each child here is a new one.
 class CollationDeathTest : public testing::TestWithParam<const char*> {
 protected:

@@ -1,7 +1,6 @@
 #include "tests/support/app/ModelWatch.h"
 
 #include <QDateTime>
-#include <QMetaProperty>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -26,6 +25,7 @@ std::string textOf(const QVariant& value) {
 ModelWatch::ModelWatch(QAbstractItemModel& model, QList<int> roles)
     : m_model(model),
       m_tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal),
+      m_properties(model),
       m_roles(std::move(roles)) {
     if (m_roles.isEmpty())
         m_roles = model.roleNames().keys();
@@ -57,49 +57,18 @@ ModelWatch::ModelWatch(QAbstractItemModel& model, QList<int> roles)
                     show(row, changed);
                 tell("changed", from.row(), to.row(), roleNames(changed));
             });
-    const QMetaObject& object = *model.metaObject();
-    const QMetaMethod hears = metaObject()->method(metaObject()->indexOfSlot("hear()"));
-    for (int i = 0; i < object.propertyCount(); ++i) {
-        const QMetaProperty property = object.property(i);
-        m_properties.push_back(property.read(&model));
-        if (property.hasNotifySignal())
-            connect(&model, property.notifySignal(), this, hears, Qt::UniqueConnection);
-    }
 }
 
 std::vector<std::string> ModelWatch::told() { return std::exchange(m_told, {}); }
 
 std::string ModelWatch::complaint() {
-    std::string complaint = std::exchange(m_complaint, {});
+    std::string complaint = m_properties.complaint();
     if (static_cast<int>(m_rows.size()) != m_model.rowCount())
         complaint += "the number of rows changed without a signal; ";
     for (int row = 0; complaint.empty() && row < m_model.rowCount(); ++row)
         if (m_rows[static_cast<std::size_t>(row)] != shown(row))
             complaint += fmt::format("row {} changed without a signal; ", row);
-    for (const std::string& name : changedProperties())
-        complaint += name + " changed without a signal; ";
     return complaint;
-}
-
-void ModelWatch::hear() {
-    const int signal = senderSignalIndex();
-    if (changedProperties(signal).empty())
-        m_complaint +=
-            m_model.metaObject()->method(signal).name().toStdString() + " came without a change; ";
-}
-
-std::vector<std::string> ModelWatch::changedProperties(std::optional<int> signal) {
-    const QMetaObject& object = *m_model.metaObject();
-    std::vector<std::string> names;
-    for (int i = 0; i < object.propertyCount(); ++i) {
-        const QMetaProperty property = object.property(i);
-        if (signal && property.notifySignalIndex() != *signal)
-            continue;
-        const QVariant now = property.read(&m_model);
-        if (std::exchange(m_properties[static_cast<std::size_t>(i)], now) != now)
-            names.emplace_back(property.name());
-    }
-    return names;
 }
 
 ModelWatch::Row ModelWatch::shown(int row) const {

@@ -1,9 +1,10 @@
 // Watching a model as a view does: by its signals alone.
 #pragma once
 
+#include "tests/support/app/PropertyWatch.h"
+
 #include <QAbstractItemModelTester>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,6 @@ public:
     /// without a signal, and signals of properties of which none has changed.
     std::string complaint();
 
-private Q_SLOTS:
-    void hear();
-
 private:
     using Row = std::vector<QVariant>;
 
@@ -36,17 +34,14 @@ private:
     void show(int row, const QList<int>& changed);
     void showAll();
     void tell(const std::string& what, int first, int last, const std::string& roles = {});
-    /// The names of those that differ from what was last read, all or those told of by one signal.
-    std::vector<std::string> changedProperties(std::optional<int> signal = std::nullopt);
     std::string roleNames(const QList<int>& roles) const;
 
     QAbstractItemModel& m_model;
     QAbstractItemModelTester m_tester;
+    PropertyWatch m_properties;
     QList<int> m_roles;
     std::vector<Row> m_rows;
     std::vector<std::string> m_told;
-    std::vector<QVariant> m_properties; ///< as last read, in the order of the class's properties
-    std::string m_complaint;
 };
 
 /// What the model shows of a row under a role's name.

@@ -34,6 +34,7 @@ AppEnvironment inertEnvironment(const URL& home) {
     environment.hasFullDiskAccess = [] { return true; };
     environment.monitorSystem = inertMonitorSystem();
     environment.reveal = [](const std::vector<URL>&) {};
+    environment.openLocation = [](const std::string&) {};
     environment.scan = [](const DiskScanner&, const DiskScanner::Progress&, const CancelToken&) {
         return ScanReport();
     };

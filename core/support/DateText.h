@@ -1,0 +1,16 @@
+// Dates as the user reads them.
+#pragma once
+
+#include "core/support/Date.h"
+
+#include <optional>
+#include <string>
+
+namespace tidewright {
+
+/// "5 Mar 2026, 14:30": day, abbreviated month, year, hour and minute in the user's language and of
+/// `timeZone` (an Olson name; the user's own zone when absent). Empty where the calendar has no
+/// answer. Any thread.
+std::string dateAndTimeText(Date date, const std::optional<std::string>& timeZone = std::nullopt);
+
+} // namespace tidewright
