@@ -81,10 +81,14 @@ QFont inWeight(QFont font, QFont::Weight weight) {
     return font;
 }
 
-QVariantMap byHealth(const QColor& good, const QColor& low, const QColor& critical) {
-    return {{QStringLiteral("good"), good},
-            {QStringLiteral("low"), low},
-            {QStringLiteral("critical"), critical}};
+template <typename Color>
+QVariantMap byHealth(const Color& colorOf) {
+    QVariantMap colors;
+    for (const char* const name : {"good", "low", "critical"}) {
+        const QString health = QString::fromLatin1(name);
+        colors[health] = colorOf(health);
+    }
+    return colors;
 }
 
 } // namespace
@@ -125,17 +129,17 @@ void Theme::update() {
 }
 
 QVariantMap Theme::healthColors() const {
-    return byHealth(m_colors.accent, m_colors.orange, m_colors.red);
+    return {{QStringLiteral("good"), m_colors.accent},
+            {QStringLiteral("low"), m_colors.orange},
+            {QStringLiteral("critical"), m_colors.red}};
 }
 
 QVariantMap Theme::liquidTop() const {
-    return byHealth(QColor::fromRgbF(0.49F, 0.38F, 1), QColor::fromRgbF(1, 0.68F, 0.16F),
-                    QColor::fromRgbF(1, 0.28F, 0.33F));
+    return byHealth([](const QString& health) { return liquidColors(health).top; });
 }
 
 QVariantMap Theme::liquidBottom() const {
-    return byHealth(QColor::fromRgbF(0.29F, 0.66F, 1), QColor::fromRgbF(1, 0.45F, 0.26F),
-                    QColor::fromRgbF(0.95F, 0.18F, 0.55F));
+    return byHealth([](const QString& health) { return liquidColors(health).bottom; });
 }
 
 QColor Theme::freed() const {
@@ -200,6 +204,8 @@ QFont Theme::bigFigure() const {
     font.setLetterSpacing(QFont::AbsoluteSpacing, -1);
     return font;
 }
+
+QFont Theme::resultFigure() const { return fontOf(34, QFont::Bold); }
 
 QFont Theme::medium(const QFont& font) const { return inWeight(font, QFont::Medium); }
 

@@ -49,6 +49,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor hover READ hover NOTIFY colorsChanged)
     Q_PROPERTY(QColor sel READ sel NOTIFY colorsChanged)
     Q_PROPERTY(QColor pressed READ pressed NOTIFY colorsChanged)
+    Q_PROPERTY(QColor hoverLight READ hoverLight NOTIFY colorsChanged)
+    Q_PROPERTY(QColor raised READ raised NOTIFY colorsChanged)
     Q_PROPERTY(QColor accentHover READ accentHover NOTIFY colorsChanged)
     Q_PROPERTY(QColor accentPressed READ accentPressed NOTIFY colorsChanged)
     Q_PROPERTY(QColor shadowNear READ shadowNear NOTIFY colorsChanged)
@@ -87,6 +89,7 @@ class Theme : public QObject {
     Q_PROPERTY(QFont rowTitle READ rowTitle CONSTANT)
     Q_PROPERTY(QFont figure READ figure CONSTANT)
     Q_PROPERTY(QFont bigFigure READ bigFigure CONSTANT)
+    Q_PROPERTY(QFont resultFigure READ resultFigure CONSTANT)
 
     Q_PROPERTY(int windowWidth MEMBER windowWidth CONSTANT)
     Q_PROPERTY(int windowHeight MEMBER windowHeight CONSTANT)
@@ -126,6 +129,50 @@ class Theme : public QObject {
     Q_PROPERTY(int shadowNearBlur MEMBER shadowNearBlur CONSTANT)
     Q_PROPERTY(int shadowFarOffset MEMBER shadowFarOffset CONSTANT)
     Q_PROPERTY(int shadowFarBlur MEMBER shadowFarBlur CONSTANT)
+    Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
+    Q_PROPERTY(double pressedLinkOpacity MEMBER pressedLinkOpacity CONSTANT)
+    Q_PROPERTY(int buttonPadding MEMBER buttonPadding CONSTANT)
+    Q_PROPERTY(int smallButtonPadding MEMBER smallButtonPadding CONSTANT)
+    Q_PROPERTY(int largeButtonPadding MEMBER largeButtonPadding CONSTANT)
+    Q_PROPERTY(int iconButtonWidth MEMBER iconButtonWidth CONSTANT)
+    Q_PROPERTY(int buttonSpacing MEMBER buttonSpacing CONSTANT)
+    Q_PROPERTY(int smallSymbolSize MEMBER smallSymbolSize CONSTANT)
+    Q_PROPERTY(int tickBoxSize MEMBER tickBoxSize CONSTANT)
+    Q_PROPERTY(int tickBoxArea MEMBER tickBoxArea CONSTANT)
+    Q_PROPERTY(int tickBoxRadius MEMBER tickBoxRadius CONSTANT)
+    Q_PROPERTY(int toggleWidth MEMBER toggleWidth CONSTANT)
+    Q_PROPERTY(int toggleHeight MEMBER toggleHeight CONSTANT)
+    Q_PROPERTY(int toggleMargin MEMBER toggleMargin CONSTANT)
+    Q_PROPERTY(int pickerMargin MEMBER pickerMargin CONSTANT)
+    Q_PROPERTY(int searchFieldWidth MEMBER searchFieldWidth CONSTANT)
+    Q_PROPERTY(int progressWidth MEMBER progressWidth CONSTANT)
+    Q_PROPERTY(int progressHeight MEMBER progressHeight CONSTANT)
+    Q_PROPERTY(int capacityBarHeight MEMBER capacityBarHeight CONSTANT)
+    Q_PROPERTY(int badgePadding MEMBER badgePadding CONSTANT)
+    Q_PROPERTY(int badgeSpacing MEMBER badgeSpacing CONSTANT)
+    Q_PROPERTY(int badgeTextOffset MEMBER badgeTextOffset CONSTANT)
+    Q_PROPERTY(int badgeSymbolSize MEMBER badgeSymbolSize CONSTANT)
+    Q_PROPERTY(int countBadgeHeight MEMBER countBadgeHeight CONSTANT)
+    Q_PROPERTY(int titleSpacing MEMBER titleSpacing CONSTANT)
+    Q_PROPERTY(int emptyStateWidth MEMBER emptyStateWidth CONSTANT)
+    Q_PROPERTY(int emptyStateSpacing MEMBER emptyStateSpacing CONSTANT)
+    Q_PROPERTY(int scrollBarWidth MEMBER scrollBarWidth CONSTANT)
+    Q_PROPERTY(int scrollBarMargin MEMBER scrollBarMargin CONSTANT)
+    Q_PROPERTY(int scrollBarLength MEMBER scrollBarLength CONSTANT)
+    Q_PROPERTY(int scrollBarLingers MEMBER scrollBarLingers CONSTANT)
+    Q_PROPERTY(int wheelLine MEMBER wheelLine CONSTANT)
+    Q_PROPERTY(int keyStep MEMBER keyStep CONSTANT)
+    Q_PROPERTY(int pageOverlap MEMBER pageOverlap CONSTANT)
+    Q_PROPERTY(int revealMargin MEMBER revealMargin CONSTANT)
+    Q_PROPERTY(double scrollBarOpacity MEMBER scrollBarOpacity CONSTANT)
+    Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
+    Q_PROPERTY(int menuPadding MEMBER menuPadding CONSTANT)
+    Q_PROPERTY(int tipDelay MEMBER tipDelay CONSTANT)
+    Q_PROPERTY(int tipWidth MEMBER tipWidth CONSTANT)
+    Q_PROPERTY(int tipPadding MEMBER tipPadding CONSTANT)
+    Q_PROPERTY(int tipDistance MEMBER tipDistance CONSTANT)
+    Q_PROPERTY(int sheetWidth MEMBER sheetWidth CONSTANT)
+    Q_PROPERTY(int sheetHeight MEMBER sheetHeight CONSTANT)
 
 public:
     static constexpr int windowWidth = 1180;
@@ -167,6 +214,51 @@ public:
     static constexpr int shadowFarOffset = 8;
     static constexpr int shadowFarBlur = 24;
 
+    static constexpr double disabledOpacity = 0.4;
+    static constexpr double pressedLinkOpacity = 0.7;
+    static constexpr int buttonPadding = 12; ///< left and right of the words
+    static constexpr int smallButtonPadding = 10;
+    static constexpr int largeButtonPadding = 16;
+    static constexpr int iconButtonWidth = 32;
+    static constexpr int buttonSpacing = 8; ///< between symbol and words
+    static constexpr int smallSymbolSize = 14;
+    static constexpr int tickBoxSize = 15;
+    static constexpr int tickBoxArea = 24; ///< of what can be clicked, with the box in its middle
+    static constexpr int tickBoxRadius = 4;
+    static constexpr int toggleWidth = 36;
+    static constexpr int toggleHeight = 20;
+    static constexpr int toggleMargin = 3; ///< around its knob
+    static constexpr int pickerMargin = 2; ///< around the part that is picked
+    static constexpr int searchFieldWidth = 170;
+    static constexpr int progressWidth = 200;
+    static constexpr int progressHeight = 6;
+    static constexpr int capacityBarHeight = 18;
+    static constexpr int badgePadding = 8;
+    static constexpr int badgeSpacing = 4;
+    static constexpr int badgeTextOffset = 1; ///< downwards: capitals stand in the middle then
+    static constexpr int badgeSymbolSize = 12;
+    static constexpr int countBadgeHeight = 16;
+    static constexpr int titleSpacing = 2; ///< between a title and what belongs to it
+    static constexpr int emptyStateWidth = 340;
+    static constexpr int emptyStateSpacing = 10;
+    static constexpr int scrollBarWidth = 6;
+    static constexpr int scrollBarMargin = 3;
+    static constexpr int scrollBarLength = 28;   ///< at least
+    static constexpr int scrollBarLingers = 900; ///< milliseconds after the last movement
+    static constexpr int wheelLine = 22; ///< of which the wheel turns some, as the system says
+    static constexpr int keyStep = 48;
+    static constexpr int pageOverlap = 40;  ///< what a page has in common with the next
+    static constexpr int revealMargin = 20; ///< around what is scrolled into view
+    static constexpr double scrollBarOpacity = 0.6;
+    static constexpr int menuWidth = 180; ///< at least
+    static constexpr int menuPadding = 5;
+    static constexpr int tipDelay = 600;  ///< milliseconds
+    static constexpr int tipWidth = 280;  ///< at most
+    static constexpr int tipPadding = 10; ///< left and right; half of it above and below
+    static constexpr int tipDistance = 6;
+    static constexpr int sheetWidth = 620;
+    static constexpr int sheetHeight = 600;
+
     static constexpr double springResponse = 0.35;
     static constexpr double snappyResponse = 0.25;
     static constexpr double springDamping = 1; ///< the spring never swings beyond its goal
@@ -196,6 +288,8 @@ public:
     QColor hover() const { return m_colors.hover; }
     QColor sel() const { return m_colors.sel; }
     QColor pressed() const { return m_colors.pressed; }
+    QColor hoverLight() const { return m_colors.hoverLight; }
+    QColor raised() const { return m_colors.raised; }
     QColor accentHover() const { return m_colors.accentHover; }
     QColor accentPressed() const { return m_colors.accentPressed; }
     QColor shadowNear() const { return m_colors.shadowNear; }
@@ -234,6 +328,7 @@ public:
     QFont rowTitle() const;
     QFont figure() const;
     QFont bigFigure() const;
+    QFont resultFigure() const;
 
     /// The same font in another weight: `Theme.semibold(Theme.title3)`.
     Q_INVOKABLE QFont medium(const QFont& font) const;

@@ -1,6 +1,7 @@
 #include "app/controls/ThemeColors.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <initializer_list>
 
@@ -67,6 +68,8 @@ ThemeColors lightColors() {
     colors.track = withAlpha(ink, 0.12);
     colors.hover = withAlpha(ink, 0.05);
     colors.pressed = withAlpha(ink, 0.09);
+    colors.hoverLight = white(0.5);
+    colors.raised = QColor(0xFF, 0xFF, 0xFF);
     colors.shadowNear = black(0.05);
     colors.shadowFar = black(0.05);
     colors.scrim = withAlpha(QColor(15, 17, 22), 0.35);
@@ -93,6 +96,8 @@ ThemeColors darkColors() {
     colors.track = white(0.13);
     colors.hover = white(0.06);
     colors.pressed = black(0.2);
+    colors.hoverLight = white(0.04);
+    colors.raised = QColor(0x23, 0x26, 0x2F);
     colors.shadowNear = black(0.30);
     colors.shadowFar = black(0.22);
     colors.scrim = black(0.4);
@@ -116,10 +121,16 @@ bool areReadable(std::initializer_list<QColor> texts, std::initializer_list<QCol
 /// Whether texts of the accent, and texts on what is filled with it, can be read.
 bool accentHolds(const ThemeColors& c) {
     const QColor card = over(c.surface, c.window);
-    return areReadable({c.accent},
-                       {c.window, c.sidebar, card, over(c.hover, c.window),
-                        over(c.hover, c.sidebar), over(c.hover, card), c.badgeGround(c.accent),
-                        over(c.cardTop(c.accent), c.window)}) &&
+    // Of tinted cards, the top of one that is hovered leaves the least.
+    const bool holdsOnTints = std::ranges::all_of(
+        std::array{c.accent, c.green, c.orange, c.red, c.teal, c.blue}, [&](const QColor& tint) {
+            const QColor top = over(c.cardTop(tint), c.window);
+            return areReadable({c.accent}, {top, over(c.hoverLight, top)});
+        });
+    return holdsOnTints &&
+           areReadable({c.accent}, {c.window, c.sidebar, card, over(c.hover, c.window),
+                                    over(c.hover, c.sidebar), over(c.hover, card),
+                                    over(c.hoverLight, card), c.badgeGround(c.accent)}) &&
            areReadable({c.onAccent}, {c.accent, c.accentHover, c.accentPressed});
 }
 
@@ -172,6 +183,14 @@ QColor ThemeColors::cardBottom(const QColor& tint) const {
 
 QColor ThemeColors::badgeGround(const QColor& color) const {
     return over(withAlpha(color, 0.13), window);
+}
+
+LiquidColors liquidColors(const QString& health) {
+    if (health == QLatin1String("low"))
+        return {QColor::fromRgbF(1, 0.68F, 0.16F), QColor::fromRgbF(1, 0.45F, 0.26F)};
+    if (health == QLatin1String("critical"))
+        return {QColor::fromRgbF(1, 0.28F, 0.33F), QColor::fromRgbF(0.95F, 0.18F, 0.55F)};
+    return {QColor::fromRgbF(0.49F, 0.38F, 1), QColor::fromRgbF(0.29F, 0.66F, 1)};
 }
 
 ThemeColors themeColors(ThemeMode mode, const std::optional<QColor>& systemAccent) {

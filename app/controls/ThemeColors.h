@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QString>
 
 #include <optional>
 
@@ -18,7 +19,7 @@ struct ThemeColors {
     QColor hair;
     QColor text;
     QColor text2;
-    QColor text3; ///< not on `track` or `pressed`, and in the sidebar not on `sel`
+    QColor text3; ///< not on `track`, `pressed` or `hoverLight`, and in the sidebar not on `sel`
     QColor accent;
     QColor onAccent;
     QColor green;
@@ -31,6 +32,8 @@ struct ThemeColors {
     QColor sel;
 
     QColor pressed;     ///< over a button or a row
+    QColor hoverLight;  ///< over a card that is hovered
+    QColor raised;      ///< opaque, of what floats over the window: menus and words of help
     QColor accentHover; ///< a prominent button that is hovered
     QColor accentPressed;
     QColor shadowNear;
@@ -46,6 +49,15 @@ struct ThemeColors {
     /// otherwise.
     QColor badgeGround(const QColor& color) const;
 };
+
+/// Of the liquid that stands for a disk's content: it fades from top to bottom.
+struct LiquidColors {
+    QColor top;
+    QColor bottom;
+};
+
+/// By the name of the disk's health: good, low or critical.
+LiquidColors liquidColors(const QString& health);
 
 /// `systemAccent` takes the accent's place, made lighter or darker until texts of it, and texts on
 /// what is filled with it, have a contrast of 4.5:1.

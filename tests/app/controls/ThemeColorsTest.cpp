@@ -135,6 +135,8 @@ Grounds groundsOf(const ThemeColors& colors) {
         {"card surfaceTop", over(colors.surfaceTop, card)},
         {"card surface pressed", over(colors.pressed, over(colors.surface, card))},
         {"window surfaceTop", over(colors.surfaceTop, window)},
+        {"card hovered", over(colors.hoverLight, card)},
+        {"raised", over(colors.raised, {})},
         {"accent", over(colors.accent, {})},
         {"accentHover", over(colors.accentHover, {})},
         {"accentPressed", over(colors.accentPressed, {})},
@@ -145,6 +147,9 @@ Grounds groundsOf(const ThemeColors& colors) {
         const std::string tinted = std::string("card tinted ") + name;
         grounds[tinted + " top"] = top;
         grounds[tinted + " bottom"] = bottom;
+        grounds[tinted + " top, hovered"] = over(colors.hoverLight, top);
+        grounds[tinted + " bottom, hovered"] = over(colors.hoverLight, bottom);
+        grounds[tinted + " top, pressed"] = over(colors.pressed, top);
         grounds[tinted + " top, button"] = over(colors.surface, top);
         grounds[tinted + " bottom, button"] = over(colors.surface, bottom);
         grounds[tinted + " bottom, button hovered"] = over(colors.surfaceTop, bottom);
@@ -155,13 +160,14 @@ Grounds groundsOf(const ThemeColors& colors) {
 }
 
 const std::map<std::string, Token> inks = [] {
-    std::map<std::string, Token> inks;
+    std::map<std::string, Token> byName;
     for (const Named& each : tokens)
-        inks[each.name] = each.token;
-    return inks;
+        byName[each.name] = each.token;
+    return byName;
 }();
 
 const std::vector<std::string> primary{"text", "text2"};
+const std::vector<std::string> onButtons{"text", "text2", "red"};
 const std::vector<std::string> all{"text",   "text2", "text3", "accent", "green",
                                    "orange", "red",   "teal",  "blue"};
 
@@ -180,18 +186,20 @@ std::vector<Use> uses() {
         {"window sel", all, {}},
         {"window sel hover", primary, all},
         {"window track", primary, all},
-        {"window surfaceTop", primary, all},
+        {"window surfaceTop", onButtons, all},
         {"sidebar", all, {}},
         {"sidebar hover", all, {}},
         {"sidebar pressed", primary, all},
         {"sidebar sel", primary, all},
         {"card", all, {}},
         {"card hover", all, {}},
-        {"card pressed", primary, all},
+        {"card pressed", onButtons, all},
         {"card sel", primary, all},
         {"card surface", all, {}},
-        {"card surfaceTop", primary, all},
-        {"card surface pressed", primary, all},
+        {"card surfaceTop", onButtons, all},
+        {"card surface pressed", onButtons, all},
+        {"card hovered", all, {}},
+        {"raised", primary, all},
         {"accent", {"onAccent"}, {}},
         {"accentHover", {"onAccent"}, {}},
         {"accentPressed", {"onAccent"}, {}},
@@ -201,6 +209,10 @@ std::vector<Use> uses() {
         const std::vector<std::string> texts{"text", "text2", "text3", "accent", name};
         uses.push_back({tinted + " top", texts, {}});
         uses.push_back({tinted + " bottom", texts, {}});
+        const std::vector<std::string> hovered{"text", "text2", "accent", name};
+        uses.push_back({tinted + " top, hovered", hovered, all});
+        uses.push_back({tinted + " bottom, hovered", hovered, all});
+        uses.push_back({tinted + " top, pressed", primary, all});
         uses.push_back({tinted + " top, button", {"text"}, all});
         uses.push_back({tinted + " bottom, button", {"text"}, all});
         uses.push_back({tinted + " bottom, button hovered", {"text"}, all});
@@ -248,9 +260,10 @@ TEST_P(ThemeContrastTest, AnyAccentOfTheSystemIsMadeReadable) {
                 const QColor accent = QColor::fromHsl(hue, saturation, lightness);
                 const ThemeColors colors = themeColors(GetParam(), accent);
                 EXPECT_EQ(faintPairs(colors), "") << accent.name().toStdString();
-                if (saturation > 0 && lightness > 0 && lightness < 255)
+                if (saturation > 0 && lightness > 0 && lightness < 255) {
                     EXPECT_NEAR(colors.accent.hslHue(), accent.hslHue(), 12)
                         << accent.name().toStdString();
+                }
             }
         }
     }
