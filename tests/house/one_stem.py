@@ -11,6 +11,7 @@ from tree import files, is_inside, main
 PRODUCT = ["core", "cli", "app"]
 CPP_FOLDERS = PRODUCT + ["tests", "bench", "fuzz", "samples"]
 SOURCE_SUFFIXES = (".cpp", ".mm")
+SUFFIXES = SOURCE_SUFFIXES + (".h", ".qml")
 UPPER_CAMEL = re.compile(r"[A-Z][A-Za-z0-9]*")
 
 # Implementations of a neutral header, which stands in the folder above.
@@ -45,7 +46,7 @@ def findings(root):
         path
         for path in files(root)
         if path.parts[0] in CPP_FOLDERS
-        and path.suffix in SOURCE_SUFFIXES + (".h",)
+        and path.suffix in SUFFIXES
         and not any(is_inside(str(path), folder) for folder in NAMED_BY_OTHERS)
     ]
     stems = {path.with_suffix("") for path in paths}

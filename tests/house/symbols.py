@@ -22,7 +22,7 @@ WRAPPED = r"(?:QStringLiteral\(|QLatin1String\()?"
 # Each finds a stretch of code whose literals are names of symbols.
 IN_CPP = [
     re.compile(r"\bsymbolName\s*=(?!=)([^;,}]*)"),
-    re.compile(r"\b\w*[sS]ymbol(?:Name)?\([^;{}]*\)[\w\s]*(\{.*?\n\})", re.S),
+    re.compile(r"\b\w*[sS]ymbol(?:Name)?\([^;{}]*\)[\w\s]*(\{[^\n]*\}\n|\{.*?\n\})", re.S),
     re.compile(r"case [\w:]*[sS]ymbol(?:Name)?:(.*?)(?:\bcase\b|\bdefault\b|\n\})", re.S),
 ]
 # Only in files that speak of symbols: other lists begin alike.

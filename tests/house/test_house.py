@@ -8,6 +8,7 @@ import unittest
 
 import include_table
 import one_stem
+import qml
 import rules
 import safety
 import symbols
@@ -36,6 +37,34 @@ class CheckTest(unittest.TestCase):
             self.assertTrue(finding.startswith(beginning), f"{finding!r} is not {beginning!r}")
 
 
+class QmlTest(CheckTest):
+    def test_a_screen_knows_no_other(self):
+        parts = {"app/screens/b/B.qml": "Item {}\n", "app/screens/Page.qml": "Item {}\n",
+                 "app/controls/Button.qml": "Item {}\n"}
+        self.assert_passes(qml.check, parts | {
+            "app/screens/a/A.qml": "Page {\n    Own {}\n    Button {}\n}\n",
+            "app/screens/a/Own.qml": "Item {}\n", "app/screens/shell/Main.qml": "B {}\n"})
+        self.assert_finds(qml.check, parts | {"app/screens/a/A.qml": "Page {\n    B {}\n}\n"},
+                          "app/screens/a/A.qml:2: B is of another screen")
+
+    def test_colours(self):
+        self.assert_passes(qml.check, {"app/controls/A.qml": "Item { color: Theme.text }\n"})
+        for color in ('"#fff"', "Qt.rgba(0, 0, 0, 1)"):
+            self.assert_finds(qml.check, {"app/controls/A.qml": f"Item {{ color: {color} }}\n"},
+                              "app/controls/A.qml:1: a colour")
+
+    def test_texts(self):
+        self.assert_passes(qml.check, {"app/screens/A.qml": """A {
+    text: qsTr("Scan")
+    title: "Tidewright"
+    help: ""
+    label: model.label
+}
+"""})
+        self.assert_finds(qml.check, {"app/screens/A.qml": 'A {\n    text: "Scan"\n}\n'},
+                          "app/screens/A.qml:2: 'Scan' is not translated")
+
+
 class IncludeTableTest(CheckTest):
     def passes(self, path, *lines):
         self.assert_passes(include_table.check, {path: "\n".join(lines) + "\n"})
@@ -59,6 +88,8 @@ class IncludeTableTest(CheckTest):
         self.passes("cli/A.cpp", '#include "app/state/B.h"', '#include "core/rules/B.h"')
         self.fails("cli/A.cpp", '#include "app/platform/B.h"')
         self.fails("app/state/A.cpp", '#include "app/screens/B.h"')
+        self.passes("app/screens/A.cpp", '#include "app/state/B.h"', '#include "app/controls/B.h"')
+        self.fails("app/screens/A.cpp", '#include "core/model/B.h"')
         self.fails("core/model/A.cpp", '#include "app/state/B.h"')
         self.passes("app/main.cpp", '#include "app/state/B.h"', '#include "core/scan/B.h"')
 
@@ -344,6 +375,15 @@ EmptyText A::emptyText() const {
             QStringLiteral("trash"), tr("Scan.")};
 }
 """, "doc", "trash")
+
+    def test_in_functions_of_one_line(self):
+        self.assert_used("app/state/A.cpp", """
+QString healthSymbol() const { return "trash"; }
+
+QString other() const {
+    return "other";
+}
+""", "trash")
 
     def test_in_qml(self):
         for path in ("app/controls/A.qml", "app/screens/overview/A.qml"):

@@ -1,0 +1,49 @@
+// Where the window's program is put together.
+#include "app/platform/Appearance.h"
+#include "app/platform/StandardDefaults.h"
+#include "app/screens/MainWindow.h"
+
+#include <QGuiApplication>
+
+#include <clocale>
+
+namespace tidewright {
+namespace {
+
+SystemLook lookOf(const Appearance& appearance) {
+    SystemLook look{appearance.prefersDark, {}, appearance.reducesMotion};
+    if (const auto& accent = appearance.accent)
+        look.accent =
+            QColor::fromRgbF(static_cast<float>(accent->red), static_cast<float>(accent->green),
+                             static_cast<float>(accent->blue));
+    return look;
+}
+
+int runApplication(int argumentCount, char** arguments) {
+    QGuiApplication application(argumentCount, arguments);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tidewright"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tidewright"));
+    // Qt takes over the user's locale; numbers are written and read in one way all the same.
+    std::setlocale(LC_NUMERIC, "C");
+
+    Workers workers;
+    DefaultsStore defaults(standardDefaults(),
+                           argumentDefaults(QCoreApplication::arguments().mid(1)));
+    AppModel model(AppEnvironment::current(), defaults, workers);
+    ScreenModels models(model);
+    MainWindow window(models);
+    followAppearance(&window.theme(), [theme = &window.theme()](const Appearance& appearance) {
+        theme->setSystemLook(lookOf(appearance));
+    });
+    window.bringToFront();
+    model.monitor().start();
+    model.applyLaunchArguments(defaults);
+    return QGuiApplication::exec();
+}
+
+} // namespace
+} // namespace tidewright
+
+int main(int argumentCount, char** arguments) {
+    return tidewright::runApplication(argumentCount, arguments);
+}

@@ -1,0 +1,495 @@
+// The real window, on no screen: driven by mouse and keyboard on a model whose scans find what the
+// test has prepared, and once through the whole loop in a sample home.
+#include "app/screens/MainWindow.h"
+
+#include "samples/SampleHome.h"
+#include "tests/support/ScopedVariable.h"
+#include "tests/support/Shell.h"
+#include "tests/support/app/EventLoop.h"
+#include "tests/support/app/StateTesting.h"
+#include "tests/support/gui/QmlScene.h"
+
+#include <QAccessible>
+#include <QRegularExpression>
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <set>
+
+namespace tidewright::test {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const QUrl mainFile(QStringLiteral("qrc:/qt/qml/Tidewright/Screens/shell/Main.qml"));
+
+ScanItem item(Category category, const std::string& key, Decision decision = Decision::clean) {
+    ScanItem made = testItem(category, key);
+    made.title = "Item " + key;
+    made.decision = decision;
+    return made;
+}
+
+Insight insight(int number, Insight::Severity severity = Insight::Severity::notice) {
+    Insight made;
+    made.id = "test." + std::to_string(number);
+    made.severity = severity;
+    made.symbolName = "trash";
+    made.title = "Insight " + std::to_string(number);
+    made.message = "Something was noticed.";
+    return made;
+}
+
+class WindowTest : public testing::Test {
+protected:
+    WindowTest() {
+        QAccessible::setActive(true);
+        registerStateTypes();
+    }
+
+    AppModel& model() { return *m_state.model; }
+
+    void show(QSize size = {}) {
+        m_models = std::make_unique<ScreenModels>(model());
+        ASSERT_TRUE(m_scene.load(
+            mainFile, size, {{QStringLiteral("models"), QVariant::fromValue(m_models.get())}}));
+        m_scene.window().requestActivate();
+        ASSERT_TRUE(QmlScene::wait([this] { return m_scene.window().isActive(); }));
+        QmlScene::settle();
+    }
+    void click(const char* name) {
+        QQuickItem* const found = m_scene.named(name);
+        ASSERT_NE(found, nullptr) << name;
+        m_scene.click(found);
+        QmlScene::settle();
+    }
+    bool has(const char* name) { return m_scene.hasNamed(name); }
+    bool comes(const char* name) {
+        return QmlScene::wait([&] { return m_scene.hasNamed(name); });
+    }
+    bool goes(const char* name) {
+        return QmlScene::wait([&] { return !m_scene.hasNamed(name); });
+    }
+    /// How many shown items have such a name.
+    int countOf(const char* expression) const {
+        const QRegularExpression fits(QString::fromUtf8(expression));
+        int count = 0;
+        for (QQuickItem* const shown : m_scene.shownItems()) {
+            QAccessibleInterface* const interface = QmlScene::accessible(shown);
+            if (interface != nullptr && fits.match(interface->text(QAccessible::Name)).hasMatch())
+                ++count;
+        }
+        return count;
+    }
+
+    /// An item whose cleaning waits until the home has a file "go".
+    ScanItem slowItem(const std::string& key) {
+        m_state.home.tool("tools/slow", shellWaitFor(m_state.home.path("go")));
+        ScanItem slow = item(Category::javascript, key);
+        slow.sizeBytes = 9'000'000; // the first
+        slow.method = CleanMethod::command({"slow", {}, std::nullopt, false});
+        return slow;
+    }
+    ScanItem realItem(const std::string& key) {
+        ScanItem real = item(Category::javascript, key);
+        real.urls = {m_state.home.file(".cache/" + key, "x")};
+        return real;
+    }
+
+    ScopedVariable m_motion{"TIDEWRIGHT_REDUCE_MOTION", "1"};
+    std::atomic<bool> m_holdsScan = false;
+    std::optional<std::string> m_scanFailure;
+    bool m_hasAccess = true;
+    std::vector<URL> m_revealed;
+    TestState m_state{[this](AppEnvironment& environment) {
+        environment.protectsUserFiles = true;
+        environment.reveal = [this](const std::vector<URL>& urls) { m_revealed = urls; };
+        environment.runner.locator.searchPath = {environment.home.appending("tools").path(),
+                                                 "/usr/bin", "/bin"};
+        environment.hasFullDiskAccess = [this] { return m_hasAccess; };
+        environment.scan = [this, scan = environment.scan](
+                               const DiskScanner& scanner, const DiskScanner::Progress& progress,
+                               const CancelToken& cancel) -> Result<ScanReport, ScanFailure> {
+            if (m_scanFailure)
+                return Failure(ScanFailure{*m_scanFailure});
+            progress({.fraction = 0.5, .message = "Measuring"});
+            while (m_holdsScan && !cancel.isCancelled())
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            if (cancel.isCancelled())
+                return Failure(ScanFailure{});
+            return scan(scanner, progress, cancel);
+        };
+    }};
+    std::unique_ptr<ScreenModels> m_models;
+    QmlScene m_scene;
+};
+
+// The overview
+
+TEST_F(WindowTest, BeforeAScanItSaysWhatItDoes) {
+    show();
+    EXPECT_TRUE(has("How Tidewright decides"));
+    EXPECT_TRUE(has("Step 1 Learns your projects"));
+    EXPECT_TRUE(has("Scan My Mac"));
+    EXPECT_TRUE(has("Disk 50 percent full, Healthy") || has("Disk 0 percent full, Healthy"));
+    EXPECT_EQ(countOf("Selected to free"), 0);
+    EXPECT_FALSE(has("Where the space is"));
+    EXPECT_EQ(m_scene.window().title(), QStringLiteral("Tidewright"));
+}
+
+TEST_F(WindowTest, AScanShowsItsProgressAndCanBeCancelled) {
+    show();
+    m_holdsScan = true;
+    click("Scan My Mac");
+    ASSERT_TRUE(comes("Measuring"));
+    EXPECT_TRUE(has("Reading only. Nothing changes on disk during a scan."));
+    EXPECT_FALSE(has("How Tidewright decides"));
+    click("Cancel");
+    EXPECT_TRUE(comes("How Tidewright decides"));
+}
+
+TEST_F(WindowTest, ARescanKeepsWhatTheLastOneFound) {
+    ScanReport report;
+    report.items = {item(Category::android, "a")};
+    report.insights = {insight(1)};
+    m_state.scanned(report);
+    show();
+    m_holdsScan = true;
+    m_scene.press(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Measuring"));
+    EXPECT_TRUE(has("What needs attention"));
+    EXPECT_TRUE(has("Where the space is"));
+    EXPECT_FALSE(m_scene.named("Scan Again")->isEnabled());
+    EXPECT_FALSE(m_scene.named("Scan")->isEnabled());
+    m_scene.press(Qt::Key_R, Qt::ControlModifier); // has no effect now
+    m_holdsScan = false;
+    EXPECT_TRUE(goes("Measuring"));
+    EXPECT_TRUE(m_scene.named("Scan")->isEnabled());
+}
+
+TEST_F(WindowTest, AFailedScanSaysWhyAboveTheOldReport) {
+    ScanReport report;
+    report.items = {item(Category::android, "a")};
+    m_state.scanned(report);
+    show();
+    m_scanFailure = "The home folder can't be read.";
+    click("Scan");
+    ASSERT_TRUE(comes("The home folder can't be read."));
+    EXPECT_TRUE(has("Where the space is"));
+    m_scanFailure.reset();
+    click("Try Again");
+    EXPECT_TRUE(goes("The home folder can't be read."));
+}
+
+TEST_F(WindowTest, FiveInsightsLeadToAllOfThem) {
+    ScanReport report;
+    report.insights = {insight(1), insight(2), insight(3), insight(4)};
+    m_state.scanned(report);
+    show();
+    EXPECT_EQ(countOf("^Insight ., Something"), 4);
+    EXPECT_FALSE(has("See All"));
+    report.insights.push_back(insight(5));
+    m_state.scanned(report);
+    QmlScene::settle();
+    EXPECT_EQ(countOf("^Insight ., Something"), 4);
+    click("See All");
+    EXPECT_TRUE(comes("Insight 5, Something was noticed."));
+    EXPECT_EQ(model().destination(), Destination::insights());
+}
+
+TEST_F(WindowTest, ATileOpensItsCategory) {
+    ScanReport report;
+    report.items = {item(Category::xcode, "x")};
+    m_state.scanned(report);
+    show();
+    click("Xcode & iOS, 2 MB, selected · Zero KB kept");
+    EXPECT_EQ(model().destination(), Destination::category(Category::xcode));
+    EXPECT_TRUE(comes("DerivedData, simulators, runtimes and CocoaPods."));
+}
+
+TEST_F(WindowTest, TheBannerGoesWhenAccessIsGranted) {
+    m_hasAccess = false;
+    model().checkFullDiskAccess();
+    show();
+    ASSERT_TRUE(has("Allow Full Disk Access"));
+    click("I've Turned It On"); // it is not
+    EXPECT_TRUE(has("Allow Full Disk Access"));
+    m_hasAccess = true;
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QmlScene::wait([this] { return !m_scene.window().isActive(); }));
+    m_scene.window().requestActivate(); // the user is back from the settings
+    EXPECT_TRUE(goes("Allow Full Disk Access"));
+}
+
+// Shell
+
+TEST_F(WindowTest, EveryScreenIsShownWithoutAWord) {
+    ScanReport report;
+    for (const Category category : allCases<Category>())
+        report.items.push_back(item(category, std::string(rawValue(category))));
+    report.insights = {insight(1)};
+    for (const bool isScanned : {false, true}) {
+        if (isScanned)
+            m_state.scanned(report);
+        if (!m_models)
+            show();
+        for (const char* const name : {"insights", "android", "xcode", "javascript", "projects",
+                                       "system", "apps", "history", "overview"}) {
+            for (const QSize size : {QSize(900, 600), QSize(1180, 760), QSize(2560, 1440)}) {
+                m_scene.window().resize(size);
+                model().setDestinationName(QString::fromLatin1(name));
+                QmlScene::settle();
+            }
+            for (const bool isDark : {true, false}) {
+                m_scene.theme().setSystemLook({isDark, {}, true});
+                QmlScene::settle();
+            }
+        }
+    }
+}
+
+TEST_F(WindowTest, TheSidebarFollowsClicksAndKeys) {
+    show();
+    click("History");
+    EXPECT_EQ(model().destination(), Destination::history());
+    EXPECT_TRUE(comes("No cleanups yet"));
+    m_scene.press(Qt::Key_Up);
+    EXPECT_EQ(model().destination(), Destination::apps());
+    m_scene.press(Qt::Key_Down);
+    m_scene.press(Qt::Key_Down);
+    EXPECT_EQ(model().destination(), Destination::history());
+    EXPECT_TRUE(m_scene.pressByReader(m_scene.named("Insights")));
+    EXPECT_EQ(model().destination(), Destination::insights());
+}
+
+TEST_F(WindowTest, TabGoesThroughEverything) {
+    ScanReport report;
+    report.items = {item(Category::android, "a")};
+    report.insights = {insight(1)};
+    report.insights.front().actionTitle = "Look at it";
+    report.insights.front().action = Insight::Action::open(Insight::Destination::android);
+    m_state.scanned(report);
+    show();
+    std::set<QString> reached;
+    for (int i = 0; i < 30; ++i) {
+        m_scene.press(Qt::Key_Tab);
+        QQuickItem* const focused = m_scene.window().activeFocusItem();
+        ASSERT_NE(focused, nullptr);
+        if (QAccessibleInterface* const interface = QmlScene::accessible(focused)) {
+            reached.insert(interface->text(QAccessible::Name));
+            fprintf(stderr, "TAB %s\n", qPrintable(interface->text(QAccessible::Name)));
+        } else
+            fprintf(stderr, "TAB? %s\n", focused->metaObject()->className());
+    }
+    for (const char* const name :
+         {"Overview", "About Tidewright", "Scan", "Review & Clean 2 MB", "Scan Again", "Look at it",
+          "Android, 2 MB, selected · Zero KB kept"})
+        EXPECT_TRUE(reached.contains(QString::fromUtf8(name))) << name;
+}
+
+TEST_F(WindowTest, AProjectIsRevealedByTheKeyboard) {
+    ScanReport report;
+    for (const char* const name : {"first", "second"}) {
+        Project project;
+        project.name = name;
+        project.kind = Project::Kind::flutter;
+        project.url = m_state.home.folder(name);
+        report.projects.push_back(std::move(project));
+    }
+    m_state.scanned(report);
+    show();
+    m_scene.item("projects")->forceActiveFocus(Qt::TabFocusReason);
+    m_scene.press(Qt::Key_Right);
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(comes("Reveal in Finder"));
+    m_scene.press(Qt::Key_Down);
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(QmlScene::wait([this] { return !m_revealed.empty(); }));
+    EXPECT_EQ(m_revealed.front(), report.projects[1].url);
+}
+
+TEST_F(WindowTest, ABadgeOfNothingIsNotShown) {
+    ScanReport report;
+    report.insights = {insight(1, Insight::Severity::tip)};
+    m_state.scanned(report);
+    show();
+    EXPECT_TRUE(has("Insights"));
+    report.insights.push_back(insight(2));
+    m_state.scanned(report);
+    QmlScene::settle();
+    EXPECT_TRUE(has("Insights, 1"));
+}
+
+// Review
+
+TEST_F(WindowTest, AReviewIsLeftWithoutAnyEffect) {
+    ScanReport report;
+    report.items = {realItem("a"), realItem("b")};
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    EXPECT_TRUE(has("Every path is checked against Tidewright's safety rules again before it's "
+                    "touched."));
+    m_scene.press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("Review cleanup"));
+    EXPECT_EQ(model().session(), nullptr);
+    EXPECT_THAT(model().selectedItems(), SizeIs(2));
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    click("Cancel");
+    EXPECT_TRUE(goes("Review cleanup"));
+    EXPECT_TRUE(fileExists(report.items.front().urls.front()));
+}
+
+TEST_F(WindowTest, ReturnCleansAndReturnIsDone) {
+    ScanReport report;
+    report.items = {realItem("a")};
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(comes("Done"));
+    EXPECT_FALSE(fileExists(report.items.front().urls.front()));
+    m_scene.press(Qt::Key_Return);
+    EXPECT_TRUE(goes("Done"));
+    EXPECT_EQ(model().session(), nullptr);
+    EXPECT_THAT(model().report()->items, IsEmpty());
+}
+
+TEST_F(WindowTest, OnlyTrashIsTwoFiguresAndOneSection) {
+    ScanReport report;
+    report.items = {realItem("a")};
+    report.items.front().method = CleanMethod::trash();
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    EXPECT_TRUE(has("to free 2 MB"));
+    EXPECT_TRUE(has("moved to Trash 2 MB"));
+    EXPECT_EQ(countOf("deleted or cleaned by tools"), 0);
+    EXPECT_TRUE(has("Move to Trash"));
+    EXPECT_FALSE(has("Delete permanently"));
+    EXPECT_EQ(countOf("1 items are personal data"), 0);
+}
+
+TEST_F(WindowTest, WhatIsAtRiskIsToldInTheReview) {
+    ScanReport report;
+    report.items = {realItem("a")};
+    report.items.front().isProjectItem = true;
+    m_state.scanned(report);
+    model().setSelected(report.items.front(), true);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(comes("1 items are personal data, devices or project files. Check them below."));
+}
+
+TEST_F(WindowTest, ACleanupCanBeStoppedButNotLeft) {
+    const ScanItem slow = slowItem("slow");
+    const ScanItem next = realItem("next");
+    ScanReport report;
+    report.items = {slow, next};
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    click("Clean 11 MB");
+    ASSERT_TRUE(comes("Stop"));
+    EXPECT_TRUE(has("0 of 2 done"));
+    m_scene.press(Qt::Key_Escape);
+    m_scene.clickAt({5, 5});
+    QmlScene::settle();
+    EXPECT_TRUE(has("Stop"));
+    click("Stop");
+    m_state.home.file("go");
+    ASSERT_TRUE(becomesTrue([this] { return m_state.workers.isIdle(); }));
+    EXPECT_TRUE(fileExists(next.urls.front()));
+    EXPECT_EQ(model().session()->phase(), CleaningSession::Phase::cleaning);
+}
+
+TEST_F(WindowTest, WhatWasNotCleanedIsSaid) {
+    ScanReport report;
+    report.items = {realItem("a"), realItem("b")};
+    report.items[1].urls = {URL("/usr/bin")};
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(comes("Not cleaned"));
+    EXPECT_EQ(countOf("^Item b, Not cleaned, 2 MB, Skipped: "), 1);
+    EXPECT_TRUE(has("Show Audit Log"));
+    EXPECT_FALSE(has("Toolchain check"));
+}
+
+// The whole loop
+
+class WindowLoop : public testing::Test {
+protected:
+    WindowLoop() {
+        QAccessible::setActive(true);
+        registerStateTypes();
+        const auto built = SampleHome{.folder = m_home}.build();
+        EXPECT_TRUE(built) << (built ? "" : built.error().sentence);
+        EXPECT_TRUE(m_scene.load(mainFile, {},
+                                 {{QStringLiteral("models"), QVariant::fromValue(&m_models)}}));
+        m_scene.window().requestActivate();
+    }
+
+    static AppEnvironment environment() {
+        AppEnvironment environment = AppEnvironment::current();
+        environment.monitorSystem.post = inertMonitorSystem().post;
+        return environment;
+    }
+    void clickWhenThere(const char* name) {
+        ASSERT_TRUE(becomesTrue([&] { return m_scene.hasNamed(name); })) << name;
+        QmlScene::settle();
+        m_scene.click(m_scene.named(name));
+        QmlScene::settle();
+    }
+
+    TempHome m_place;
+    URL m_home = m_place.path("home");
+    ScopedVariable m_motion{"TIDEWRIGHT_REDUCE_MOTION", "1"};
+    ScopedVariable m_homeVariable{"HOME", m_home.path()};
+    ScopedVariable m_temporary{"TMPDIR", m_home.appending(SampleHome::temporaryFolder).path()};
+    ScopedVariable m_data{"XDG_DATA_HOME", std::nullopt};
+    ScopedVariable m_stateFolder{"XDG_STATE_HOME", std::nullopt};
+    ScopedVariable m_config{"XDG_CONFIG_HOME", std::nullopt};
+    Workers m_workers;
+    DefaultsStore m_defaults{DefaultsStore::inFile(m_place.path("settings.conf"))};
+    AppModel m_model{environment(), m_defaults, m_workers};
+    ScreenModels m_models{m_model};
+    QmlScene m_scene;
+};
+
+TEST_F(WindowLoop, IsClickedThroughFromTheFirstScanToTheHistory) {
+    clickWhenThere("Scan My Mac");
+    ASSERT_TRUE(becomesTrue([this] { return m_model.report() != nullptr; }));
+    QmlScene::settle();
+    const std::vector<ScanItem> selected = m_model.selectedItems();
+    ASSERT_GT(selected.size(), 30U);
+    const QByteArray review = m_models.overview()->reviewTitle().toUtf8();
+    for (const char* const name : {"android", "xcode", "javascript", "projects", "system"}) {
+        m_model.setDestinationName(QString::fromLatin1(name));
+        QmlScene::settle();
+    }
+    clickWhenThere(review.constData());
+    ASSERT_TRUE(becomesTrue([this] { return m_scene.hasNamed("Review cleanup"); }));
+    clickWhenThere(m_models.session()->cleanTitle().toUtf8().constData());
+    clickWhenThere("Done");
+    EXPECT_EQ(m_model.session(), nullptr);
+    ASSERT_THAT(m_model.history().entries(), SizeIs(1));
+    EXPECT_EQ(m_model.history().entries().front().itemCount, static_cast<Int64>(selected.size()));
+    EXPECT_THAT(m_model.selectedItems(), IsEmpty());
+    EXPECT_FALSE(m_scene.named("Review & Clean Zero KB")->isEnabled());
+    clickWhenThere("Scan");
+    ASSERT_TRUE(becomesTrue([this] { return !m_model.isScanning(); }));
+}
+
+} // namespace
+} // namespace tidewright::test

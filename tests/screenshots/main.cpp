@@ -1,0 +1,285 @@
+// Makes pictures of every screen and state of the window, light and dark, from a sample home with a
+// disk of its own: tidewright-screenshots FOLDER. The scale is that of QT_SCALE_FACTOR; at 2 the
+// names end in "@2x".
+#include "app/screens/MainWindow.h"
+#include "core/insights/InsightEngine.h"
+#include "core/support/Require.h"
+#include "samples/SampleHome.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <fmt/format.h>
+
+#include <unistd.h>
+
+#include <atomic>
+#include <clocale>
+#include <cstdio>
+#include <filesystem>
+
+namespace tidewright {
+namespace {
+
+constexpr Int64 gigabyte = 1'000'000'000;
+constexpr Int64 diskSize = 494 * gigabyte;
+
+/// The sample home is small; these are sizes as people have them.
+constexpr Int64 realLife = 250;
+
+/// The parts of the machine that a picture must not depend on.
+struct Stage {
+    Int64 available = 128 * gigabyte;
+    std::atomic<bool> holdsScan = false;
+    std::optional<std::string> scanFailure;
+    bool protectsUserFiles = false;
+};
+
+ScanReport enlarged(ScanReport report, const ScanSettings& settings, const DiskSpace& disk) {
+    for (ScanItem& item : report.items)
+        item.sizeBytes *= realLife;
+    report.disk = disk;
+    report.duration = std::chrono::seconds(9);
+    report.insights = InsightEngine{settings}.insights(report.disk, report.items, report.apps,
+                                                       report.largeFiles, currentDate());
+    return report;
+}
+
+class Pictures {
+public:
+    Pictures(QString folder, const URL& home)
+        : m_folder(std::move(folder)),
+          m_defaults(DefaultsStore::inFile(home.appending("settings.conf"))),
+          m_model(environment(home), m_defaults, m_workers),
+          m_models(m_model),
+          m_window(m_models) {
+        m_window.window().show();
+    }
+
+    void take() {
+        measureDisk(128);
+        picture("overview-before-a-scan");
+        resize(900, 600);
+        picture("overview-before-a-scan-small");
+        resize(Theme::windowWidth, Theme::windowHeight);
+        scanning();
+        failed();
+        scan();
+        overviews();
+        categories();
+        reviews();
+    }
+
+private:
+    AppEnvironment environment(const URL& home) {
+        AppEnvironment environment = AppEnvironment::current();
+        environment.protectsUserFiles = false;
+        environment.monitorSystem.readDisk = [this]() -> Result<DiskSpace, SystemError> {
+            return DiskSpace{diskSize, m_stage.available};
+        };
+        environment.monitorSystem.readTrashSize = [](const CancelToken&) {
+            return std::optional<Int64>(6 * gigabyte);
+        };
+        environment.monitorSystem.post = [](const Notification&,
+                                            const std::function<void(bool)>& done) { done(false); };
+        environment.reveal = [](const std::vector<URL>&) {};
+        environment.scan = [this, scan = environment.scan](
+                               const DiskScanner& scanner, const DiskScanner::Progress& progress,
+                               const CancelToken& cancel) -> Result<ScanReport, ScanFailure> {
+            if (m_stage.scanFailure)
+                return Failure(ScanFailure{*m_stage.scanFailure});
+            if (m_stage.holdsScan) {
+                progress(ScanProgress{.fraction = 0.42, .message = "Measuring 96 locations"});
+                while (!cancel.isCancelled())
+                    usleep(10'000);
+                return Failure(ScanFailure{});
+            }
+            return scan(scanner, progress, cancel).map([&](ScanReport report) {
+                return enlarged(std::move(report), scanner.settings, {diskSize, m_stage.available});
+            });
+        };
+        static_cast<void>(home);
+        return environment;
+    }
+
+    static void runUntil(const std::function<bool()>& holds) {
+        while (!holds())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    static void settle() {
+        for (int i = 0; i < 20; ++i) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+
+    void resize(int width, int height) {
+        m_window.window().resize(width, height);
+        settle();
+    }
+
+    void measureDisk(Int64 availableGigabytes) {
+        m_stage.available = availableGigabytes * gigabyte;
+        bool isDone = false;
+        m_model.monitor().refresh([&] { isDone = true; });
+        runUntil([&] { return isDone; });
+    }
+
+    void scan() {
+        m_model.scan();
+        runUntil([this] { return !m_model.isScanning(); });
+    }
+
+    /// In both modes, nothing moving.
+    void picture(const std::string& name) {
+        for (const bool isDark : {false, true}) {
+            m_window.theme().setSystemLook({isDark, {}, true});
+            settle();
+            const QImage image = m_window.window().grabWindow();
+            const std::string file = fmt::format(
+                "{}/{}-{}{}.png", m_folder.toStdString(), name, isDark ? "dark" : "light",
+                m_window.window().effectiveDevicePixelRatio() > 1 ? "@2x" : "");
+            require(image.convertToFormat(QImage::Format_RGB32)
+                        .save(QString::fromStdString(file), "PNG", 0),
+                    "A picture can't be written.");
+            std::puts(file.c_str());
+        }
+    }
+
+    QObject* page() { return m_window.window().property("page").value<QObject*>(); }
+
+    void scanning() {
+        m_stage.holdsScan = true;
+        m_model.scan();
+        settle();
+        usleep(300'000);
+        settle();
+        picture("overview-scanning");
+        m_model.cancelScan();
+        runUntil([this] { return m_workers.isIdle(); });
+        m_stage.holdsScan = false;
+    }
+
+    void failed() {
+        m_stage.scanFailure = "The home folder can't be read: Input/output error. Check the disk, "
+                              "then scan again.";
+        scan();
+        picture("overview-scan-failed");
+        m_stage.scanFailure.reset();
+    }
+
+    void overviews() {
+        picture("overview");
+        resize(900, 600);
+        picture("overview-small");
+        resize(1600, 1300);
+        picture("overview-large");
+        resize(Theme::windowWidth, Theme::windowHeight);
+        measureDisk(24);
+        scan();
+        picture("overview-low");
+        measureDisk(6);
+        scan();
+        picture("overview-critical");
+        measureDisk(128);
+        scan();
+        m_model.setDestinationName(QStringLiteral("insights"));
+        picture("insights");
+    }
+
+    void categories() {
+        for (const char* const name : {"android", "xcode", "javascript", "system", "projects"}) {
+            m_model.setDestinationName(QString::fromLatin1(name));
+            settle();
+            picture(std::string(name) + "-no-selection");
+            setFocusedRow(2);
+            picture(name);
+        }
+        m_model.setDestinationName(QStringLiteral("android"));
+        settle();
+        setFocusedRow(1);
+        resize(900, 600);
+        picture("android-small");
+        resize(Theme::windowWidth, Theme::windowHeight);
+        items()->setSearch(QStringLiteral("no such thing"));
+        picture("android-nothing-matches");
+        m_model.setDestinationName(QStringLiteral("overview"));
+        settle();
+    }
+
+    ItemListModel* items() { return page()->property("items").value<ItemListModel*>(); }
+    void setFocusedRow(int row) {
+        items()->setFocusedRow(row);
+        settle();
+    }
+
+    void reviews() {
+        m_model.reviewSelection();
+        settle();
+        picture("review");
+        m_model.startCleaning();
+        runUntil([this] { return m_model.session()->completedCount() >= 4; });
+        picture("cleaning");
+        runUntil([this] { return m_model.session()->phase() == CleaningSession::Phase::finished; });
+        picture("results");
+        m_model.closeSession();
+        settle();
+        // What is excluded after the scan is skipped.
+        std::vector<std::string> ids;
+        std::vector<URL> excluded;
+        for (const ScanItem& item : m_model.report()->items) {
+            if (!AppModel::maySelect(item) || item.urls.empty())
+                continue;
+            ids.push_back(item.id);
+            if (excluded.size() < 2)
+                excluded.push_back(item.urls.front());
+            if (ids.size() == 5)
+                break;
+        }
+        m_model.settings().setExclusions(excluded);
+        m_model.review(ids);
+        m_model.startCleaning();
+        runUntil([this] { return m_model.session()->phase() == CleaningSession::Phase::finished; });
+        picture("results-with-failures");
+        m_model.closeSession();
+        settle();
+        picture("overview-after-a-cleanup");
+    }
+
+    Stage m_stage;
+    QString m_folder;
+    Workers m_workers;
+    DefaultsStore m_defaults;
+    AppModel m_model;
+    ScreenModels m_models;
+    MainWindow m_window;
+};
+
+int makePictures(int argumentCount, char** arguments) {
+    if (argumentCount != 3) {
+        std::fputs("Usage: tidewright-screenshots FOLDER HOME\n", stderr);
+        return 2;
+    }
+    const std::filesystem::path home = arguments[2];
+    if (const auto built = SampleHome{.folder = URL(home.string())}.build(); !built) {
+        std::fprintf(stderr, "%s\n", built.error().sentence.c_str());
+        return 1;
+    }
+    setenv("HOME", home.c_str(), 1);
+    setenv("TMPDIR", (home / SampleHome::temporaryFolder).c_str(), 1);
+    for (const char* const name : {"XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CONFIG_HOME"})
+        unsetenv(name);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("QT_QUICK_BACKEND", "software", 1);
+    QGuiApplication application(argumentCount, arguments);
+    std::setlocale(LC_NUMERIC, "C");
+    Pictures(QString::fromLocal8Bit(arguments[1]), URL(home.string())).take();
+    return 0;
+}
+
+} // namespace
+} // namespace tidewright
+
+int main(int argumentCount, char** arguments) {
+    return tidewright::makePictures(argumentCount, arguments);
+}
