@@ -1,9 +1,11 @@
 // Where the window's program is put together.
 #include "app/platform/Appearance.h"
+#include "app/platform/Notifications.h"
 #include "app/platform/StandardDefaults.h"
 #include "app/screens/MainWindow.h"
 
 #include <QGuiApplication>
+#include <QOpenGLContext>
 
 #include <clocale>
 
@@ -19,10 +21,18 @@ SystemLook lookOf(const Appearance& appearance) {
     return look;
 }
 
+/// Without OpenGL, as on many a virtual machine, Qt Quick would end the program.
+void drawByProcessorWhereThereIsNoGraphics() {
+    QOpenGLContext context;
+    if (!context.create())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
 int runApplication(int argumentCount, char** arguments) {
     QGuiApplication application(argumentCount, arguments);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tidewright"));
     QGuiApplication::setDesktopFileName(QStringLiteral("tidewright"));
+    drawByProcessorWhereThereIsNoGraphics();
     // Qt takes over the user's locale; numbers are written and read in one way all the same.
     std::setlocale(LC_NUMERIC, "C");
 
@@ -38,6 +48,8 @@ int runApplication(int argumentCount, char** arguments) {
     window.bringToFront();
     model.monitor().start();
     model.applyLaunchArguments(defaults);
+    if (model.settings().notificationsEnabled())
+        askToPostNotifications();
     return QGuiApplication::exec();
 }
 

@@ -32,7 +32,7 @@ struct Stage {
     Int64 available = 128 * gigabyte;
     std::atomic<bool> holdsScan = false;
     std::optional<std::string> scanFailure;
-    bool protectsUserFiles = false;
+    bool hasFullDiskAccess = true;
 };
 
 ScanReport enlarged(ScanReport report, const ScanSettings& settings, const DiskSpace& disk) {
@@ -73,7 +73,8 @@ public:
 private:
     AppEnvironment environment(const URL& home) {
         AppEnvironment environment = AppEnvironment::current();
-        environment.protectsUserFiles = false;
+        environment.protectsUserFiles = true;
+        environment.hasFullDiskAccess = [this] { return m_stage.hasFullDiskAccess; };
         environment.monitorSystem.readDisk = [this]() -> Result<DiskSpace, SystemError> {
             return DiskSpace{diskSize, m_stage.available};
         };
@@ -183,6 +184,11 @@ private:
         picture("overview-critical");
         measureDisk(128);
         scan();
+        m_stage.hasFullDiskAccess = false;
+        m_model.checkFullDiskAccess();
+        picture("overview-full-disk-access");
+        m_stage.hasFullDiskAccess = true;
+        m_model.checkFullDiskAccess();
         m_model.setDestinationName(QStringLiteral("insights"));
         picture("insights");
     }

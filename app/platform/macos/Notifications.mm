@@ -20,6 +20,17 @@ UNNotificationRequest* requestOf(const Notification& notification) {
 
 } // namespace
 
+void askToPostNotifications() {
+    @autoreleasepool {
+        if (NSBundle.mainBundle.bundleIdentifier == nil)
+            return;
+        [UNUserNotificationCenter.currentNotificationCenter
+            requestAuthorizationWithOptions:UNAuthorizationOptionAlert | UNAuthorizationOptionSound
+                          completionHandler:^(BOOL, NSError*){
+                          }];
+    }
+}
+
 void postNotification(const Notification& notification, std::function<void(bool)> done) {
     @autoreleasepool {
         const auto tell = [done = std::move(done)](bool isTaken) {
