@@ -31,6 +31,7 @@ void drawByProcessorWhereThereIsNoGraphics() {
 int runApplication(int argumentCount, char** arguments) {
     QGuiApplication application(argumentCount, arguments);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tidewright"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(TIDEWRIGHT_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("tidewright"));
     drawByProcessorWhereThereIsNoGraphics();
     // Qt takes over the user's locale; numbers are written and read in one way all the same.

@@ -163,7 +163,7 @@ std::string examplesText() {
            exampleText("Clean all that is recommended but for one folder, without being asked.",
                        "tidewright clean --recommended --yes --exclude ~/work") +
            exampleText("Leave a folder alone from now on, here and in the window.",
-                       "tidewright settings exclusions --add ~/work/archive") +
+                       "tidewright settings exclusions --add ~/code/archive") +
            exampleText("The ids of all items.", "tidewright scan --json | jq -r '.items[].id'");
 }
 

@@ -6,14 +6,6 @@
 
 namespace tidewright {
 
-namespace {
-
-Int64 freedBytes(const HistoryEntry& entry) {
-    return std::max(entry.measuredGain, entry.estimatedFreed);
-}
-
-} // namespace
-
 HistoryListModel::HistoryListModel(AppModel& model, QObject* parent)
     : RecordModel(QMetaEnum::fromType<Role>(), {}, parent),
       m_model(&model) {
@@ -41,11 +33,11 @@ QVariant HistoryListModel::value(std::size_t position, int role) const {
     case Role::dateText:
         return shownText(dateAndTimeText(entry.date));
     case Role::freedBytes:
-        return QVariant::fromValue<qint64>(tidewright::freedBytes(entry));
+        return QVariant::fromValue<qint64>(entry.freed());
     case Role::freedText:
-        return sizeText(tidewright::freedBytes(entry));
+        return sizeText(entry.freed());
     case Role::freedGigabytes:
-        return static_cast<double>(tidewright::freedBytes(entry)) / gigabyte;
+        return static_cast<double>(entry.freed()) / gigabyte;
     case Role::itemsText:
         return itemsText(entry);
     case Role::itemCount:

@@ -97,6 +97,10 @@ def main():
         if not within(PATIENCE, lambda: box.getState().contains(pyatspi.STATE_CHECKED) == expected):
             raise SystemExit(f"FAILED: {box.name!r} does not follow its action")
 
+    window.press("About Tidewright", "push button")
+    window.wait_for(r"Version \d+\.\d+\.\d+")
+    window.press("Close", "push button")
+
     window.press("Overview", "list item")
     window.press(r"Review & Clean .*", "push button")
     window.wait_for("Review cleanup")

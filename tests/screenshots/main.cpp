@@ -50,7 +50,7 @@ public:
     Pictures(QString folder, const URL& home)
         : m_folder(std::move(folder)),
           m_defaults(DefaultsStore::inFile(home.appending("settings.conf"))),
-          m_model(environment(home), m_defaults, m_workers),
+          m_model(environment(), m_defaults, m_workers),
           m_models(m_model),
           m_window(m_models) {
         m_window.window().show();
@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    AppEnvironment environment(const URL& home) {
+    AppEnvironment environment() {
         AppEnvironment environment = AppEnvironment::current();
         environment.protectsUserFiles = true;
         environment.hasFullDiskAccess = [this] { return m_stage.hasFullDiskAccess; };
@@ -99,7 +99,6 @@ private:
                 return enlarged(std::move(report), scanner.settings, {diskSize, m_stage.available});
             });
         };
-        static_cast<void>(home);
         return environment;
     }
 

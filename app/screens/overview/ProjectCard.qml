@@ -65,7 +65,7 @@ GlassCard {
             HoverHandler { id: hover }
             HelpTip {
                 text: card.requirementsHelp
-                visible: hover.hovered && text !== ""
+                wanted: hover.hovered && text !== ""
             }
         }
     }

@@ -43,6 +43,12 @@ Item {
                 width: toolbar.isNarrow ? 48 : 84
                 value: toolbar.models.overview.scanFraction
                 label: toolbar.models.overview.scanMessage
+
+                HoverHandler { id: hover }
+                HelpTip {
+                    text: toolbar.models.overview.scanMessage
+                    wanted: hover.hovered
+                }
             }
         }
         Loader {

@@ -41,6 +41,24 @@ Insight insight(int number, Insight::Severity severity = Insight::Severity::noti
     return made;
 }
 
+constexpr Date now(std::chrono::seconds(1'700'000'000));
+
+AppUsage neverUsedApp() {
+    AppUsage app;
+    app.name = "Atlas";
+    app.url = URL("/Applications/Atlas.app");
+    app.sizeBytes = 3'000'000;
+    return app;
+}
+
+LargeFile largeFile() {
+    LargeFile file;
+    file.url = URL("/home/test/big.iso");
+    file.sizeBytes = 2'000'000'000;
+    file.modified = now - std::chrono::hours(48);
+    return file;
+}
+
 class WindowTest : public testing::Test {
 protected:
     WindowTest() {
@@ -51,7 +69,7 @@ protected:
     AppModel& model() { return *m_state.model; }
 
     void show(QSize size = {}) {
-        m_models = std::make_unique<ScreenModels>(model());
+        m_models = std::make_unique<ScreenModels>(model(), [] { return now; });
         ASSERT_TRUE(m_scene.load(
             mainFile, size, {{QStringLiteral("models"), QVariant::fromValue(m_models.get())}}));
         m_scene.window().requestActivate();
@@ -231,6 +249,8 @@ TEST_F(WindowTest, EveryScreenIsShownWithoutAWord) {
     for (const Category category : allCases<Category>())
         report.items.push_back(item(category, std::string(rawValue(category))));
     report.insights = {insight(1)};
+    report.apps = {neverUsedApp()};
+    report.largeFiles = {largeFile()};
     for (const bool isScanned : {false, true}) {
         if (isScanned)
             m_state.scanned(report);
@@ -321,6 +341,53 @@ TEST_F(WindowTest, ABadgeOfNothingIsNotShown) {
     m_state.scanned(report);
     QmlScene::settle();
     EXPECT_TRUE(has("Insights, 1"));
+}
+
+// Applications, files, history
+
+TEST_F(WindowTest, ApplicationsAndFilesAreListedAndRevealed) {
+    ScanReport report;
+    report.apps = {neverUsedApp()};
+    report.largeFiles = {largeFile()};
+    m_state.scanned(report);
+    show();
+    click("Apps & Files");
+    ASSERT_TRUE(comes("Every app was opened in the last 90 days."));
+    click("Show All Apps");
+    ASSERT_TRUE(comes("Atlas, Never, 3 MB"));
+    EXPECT_TRUE(m_scene.pressByReader(m_scene.named("Atlas, Never, 3 MB")));
+    EXPECT_EQ(m_revealed, std::vector<URL>{report.apps.front().url});
+    click("Large Files");
+    ASSERT_TRUE(comes("big.iso, 2 days ago, 2 GB"));
+    m_scene.doubleClick(m_scene.named("big.iso, 2 days ago, 2 GB"));
+    EXPECT_EQ(m_revealed, std::vector<URL>{report.largeFiles.front().url});
+}
+
+TEST_F(WindowTest, ACleanupStandsInTheHistory) {
+    ScanReport report;
+    report.items = {realItem("a")};
+    m_state.scanned(report);
+    show();
+    m_scene.press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(comes("Review cleanup"));
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(comes("Done"));
+    m_scene.press(Qt::Key_Return);
+    ASSERT_TRUE(goes("Done"));
+    click("History");
+    ASSERT_TRUE(comes("Show audit log"));
+    EXPECT_EQ(countOf(", 2 MB, 1 items cleaned$"), 1);
+    click("Show audit log");
+    ASSERT_THAT(m_revealed, SizeIs(1));
+    EXPECT_EQ(m_revealed.front(), *model().history().entries().front().logFile);
+}
+
+TEST_F(WindowTest, AboutSaysWhoMadeIt) {
+    show();
+    click("About Tidewright");
+    ASSERT_TRUE(comes("by VARNEL"));
+    m_scene.press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("by VARNEL"));
 }
 
 // Review

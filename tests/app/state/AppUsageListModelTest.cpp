@@ -42,6 +42,15 @@ protected:
     }
 };
 
+TEST_F(AppUsageListModelTest, TheLastUseIsToldInWords) {
+    AppUsage added = app("Added", std::nullopt);
+    added.addedOn = now - 24h * 2;
+    m_model.setShowAll(true);
+    scanned({app("Used", 1), added, app("Unknown", std::nullopt)});
+    EXPECT_THAT(columnOf(m_model, "lastUsedText"),
+                ElementsAre("yesterday", "Never (added 2 days ago)", "Never"));
+}
+
 TEST_F(AppUsageListModelTest, OnlyWhatWasNotUsedForLongIsShown) {
     m_state.model->settings().setUnusedAppDays(30);
     AppUsage never = app("Never", std::nullopt, 40);

@@ -1,5 +1,6 @@
 #include "app/state/HistoryListModel.h"
 
+#include "core/support/DateText.h"
 #include "tests/support/app/ModelWatch.h"
 #include "tests/support/app/StateTesting.h"
 
@@ -62,6 +63,7 @@ TEST_F(HistoryListModelTest, TheNewestStandsFirst) {
     EXPECT_THAT(columnOf(m_model, "failures"), ElementsAre("2", "0"));
     EXPECT_THAT(columnOf(m_model, "hasLog"), ElementsAre("true", "false"));
     EXPECT_THAT(columnOf(m_model, "date"), ElementsAre("1700000000", "1700000000"));
+    EXPECT_EQ(columnOf(m_model, "dateText").front(), dateAndTimeText(Date(1'700'000'000s)));
     EXPECT_EQ(m_model.totalFreed().bytes, 2'500'001'000);
     EXPECT_EQ(m_watch.complaint(), "");
 }

@@ -20,7 +20,7 @@ protected:
     TestState m_state{[this](AppEnvironment& environment) {
         environment.reveal = [this](const std::vector<URL>& urls) { m_revealed.push_back(urls); };
     }};
-    LargeFileListModel m_model{*m_state.model};
+    LargeFileListModel m_model{*m_state.model, [] { return Date(1'700'000'000s) + 24h; }};
     ModelWatch m_watch{m_model};
 
     void scanned(std::vector<LargeFile> files) {
@@ -36,6 +36,7 @@ TEST_F(LargeFileListModelTest, ARowShowsItsFile) {
     EXPECT_THAT(columnOf(m_model, "name"), ElementsAre("disk.img", "odd\xef\xbf\xbd"));
     EXPECT_EQ(columnOf(m_model, "path").front(), "/home/test/disk.img");
     EXPECT_THAT(columnOf(m_model, "modified"), ElementsAre("1700000000", ""));
+    EXPECT_THAT(columnOf(m_model, "modifiedText"), ElementsAre("yesterday", ""));
     EXPECT_THAT(columnOf(m_model, "sizeText"), ElementsAre("3 GB", "1 GB"));
     EXPECT_THAT(columnOf(m_model, "sizeBytes"), ElementsAre("3000000000", "1000000000"));
     EXPECT_EQ(m_model.shown().bytes, 4 * gigabyte);

@@ -216,14 +216,14 @@ TEST_F(PathPolicyTest, PathsAreJudgedByTheRules) {
 }
 
 TEST_F(PathPolicyTest, WhatIsInAProjectNeedsTheFlag) {
-    disk.folder("home/work/app/node_modules");
-    const PathPolicy by = policy({inHome("work/app")});
-    for (const char* path : {"~/work/app/node_modules", "~/work/app", "~/work/app/missing/x"}) {
+    disk.folder("home/code/app/node_modules");
+    const PathPolicy by = policy({inHome("code/app")});
+    for (const char* path : {"~/code/app/node_modules", "~/code/app", "~/code/app/missing/x"}) {
         EXPECT_EQ(judged(by, path, true), allowed) << path;
         EXPECT_EQ(judged(by, path, false), "projectNotOptedIn") << path;
     }
-    EXPECT_EQ(judged(by, "~/work/application"), allowed);
-    EXPECT_EQ(judged(by, "~/work/ap"), allowed);
+    EXPECT_EQ(judged(by, "~/code/application"), allowed);
+    EXPECT_EQ(judged(by, "~/code/ap"), allowed);
 }
 
 TEST_F(PathPolicyTest, WhatIsExcludedStays) {
@@ -253,12 +253,12 @@ TEST_F(PathPolicyTest, TheFirstRuleDecides) {
     EXPECT_EQ(ofHome("/srv/.env", "/srv/.env/a"), "protectedName");
 
     const PathPolicy by = policy({inHome("leads out/app")},
-                                 {inHome("Downloads"), inHome("work/.git"), URL("/opt/x")});
+                                 {inHome("Downloads"), inHome("code/.git"), URL("/opt/x")});
     const Case cases[] = {
         {"~/Downloads", "containerItself"},      // and excluded
         {"~/Downloads/a", "protectedPath"},      //
         {"~/.ssh/key.pem", "protectedPath"},     // and a protected name
-        {"~/work/.git/config", "protectedPath"}, // the same, by exclusion
+        {"~/code/.git/config", "protectedPath"}, // the same, by exclusion
         {"/opt/x/y.pem", "protectedPath"},       // the same, and outside
         {"/etc/ssl/y.pem", "protectedName"},     // and outside
         {"~/leads out/y.pem", "protectedName"},  // and out by a link
@@ -586,18 +586,18 @@ TEST_F(PathPolicyTest, LinksAreFollowedInTheFolderAndNotInTheItem) {
 TEST_F(PathPolicyTest, LinksInsideTheHomeOpenNoForbiddenPlace) {
     disk.file("home/.ssh/keys/id");
     disk.folder("home/excluded/folder");
-    disk.folder("home/work/app/build");
+    disk.folder("home/code/app/build");
     disk.folder("home/repository/.git/objects");
     disk.folder("home/Library/Caches/a");
     disk.link("home/to ssh", ".ssh");
     disk.link("home/to keys", ".ssh/keys");
     disk.link("home/to excluded", "excluded/folder");
-    disk.link("home/to app", "work/app");
-    disk.link("home/to build", "work/app/build");
+    disk.link("home/to app", "code/app");
+    disk.link("home/to build", "code/app/build");
     disk.link("home/to objects", "repository/.git/objects");
     disk.link("home/to home", ".");
     disk.link("home/to Library", "Library");
-    const PathPolicy by = policy({inHome("work/app")}, {inHome("excluded")});
+    const PathPolicy by = policy({inHome("code/app")}, {inHome("excluded")});
     const struct {
         const char* path;
         const char* expected;
@@ -616,7 +616,7 @@ TEST_F(PathPolicyTest, LinksInsideTheHomeOpenNoForbiddenPlace) {
         {"~/to home", allowed, allowed},
         {"~/to home/.ssh", "protectedPath", "protectedPath"},
         {"~/to home/Library", "containerItself", "containerItself"},
-        {"~/to home/work/app", "projectNotOptedIn", allowed},
+        {"~/to home/code/app", "projectNotOptedIn", allowed},
         {"~/to Library/Caches", "containerItself", "containerItself"},
         {"~/to Library/Caches/a", allowed, allowed},
     };
@@ -655,7 +655,7 @@ TEST_F(PathPolicyTest, AFolderThatHoldsWhatMustStayStaysToo) {
     disk.folder("home/Library/Application Support/Claude/Cache");
     disk.folder("home/.cache/a/excluded");
     disk.file("home/.cache/b/excluded file");
-    disk.folder("home/work/app/build");
+    disk.folder("home/code/app/build");
     disk.folder("home/linked/to/secret");
     disk.link("home/linked/from", "to/secret");
     disk.folder("home/place of link");
@@ -663,7 +663,7 @@ TEST_F(PathPolicyTest, AFolderThatHoldsWhatMustStayStaysToo) {
     disk.folder("home/to/big/downloads");
     disk.link("home/Downloads", "to/big/downloads");
     const PathPolicy by =
-        policy({inHome("work/app")}, {inHome(".cache/a/excluded"), inHome(".cache/b/excluded file"),
+        policy({inHome("code/app")}, {inHome(".cache/a/excluded"), inHome(".cache/b/excluded file"),
                                       inHome("linked/from"), inHome("place of link/excluded")});
     const struct {
         const char* path;
@@ -681,8 +681,8 @@ TEST_F(PathPolicyTest, AFolderThatHoldsWhatMustStayStaysToo) {
         {"~/place of link", "protectedPath", "protectedPath"},
         {"~/to", "containerItself", "containerItself"},
         {"~/to/big", "containerItself", "containerItself"},
-        {"~/work", "projectNotOptedIn", allowed},
-        {"~/work/app/build", "projectNotOptedIn", allowed},
+        {"~/code", "projectNotOptedIn", allowed},
+        {"~/code/app/build", "projectNotOptedIn", allowed},
     };
     for (const auto& [path, expected, asProjectItem] : cases) {
         EXPECT_EQ(judged(by, path), expected) << path;
@@ -769,9 +769,9 @@ TEST_F(PathPolicyTest, AFolderThatMayNotBeSearchedIsNotJudged) {
 TEST_F(PathPolicyTest, ForbiddenPlacesAreKnownWhereTheyAreMountedAgain) {
     disk.file("home/.ssh/id");
     disk.folder("home/Library/Caches/a");
-    disk.folder("home/work/app/build");
+    disk.folder("home/code/app/build");
     disk.folder("home/excluded/inner/around");
-    const PathPolicy by = policy({inHome("work/app")}, {inHome("excluded")});
+    const PathPolicy by = policy({inHome("code/app")}, {inHome("excluded")});
     const URL ssh = disk.folder("home/mounted/ssh");
     const URL all = disk.folder("home/mounted/home");
     const URL around = inHome("excluded/inner/around");
@@ -783,7 +783,7 @@ TEST_F(PathPolicyTest, ForbiddenPlacesAreKnownWhereTheyAreMountedAgain) {
         std::string verdicts;
         for (const char* path :
              {"~/mounted/ssh", "~/mounted/ssh/id", "~/mounted/home", "~/mounted/home/Library",
-              "~/mounted/home/.ssh", "~/mounted/home/.ssh/id", "~/mounted/home/work/app/build",
+              "~/mounted/home/.ssh", "~/mounted/home/.ssh/id", "~/mounted/home/code/app/build",
               "~/mounted/home/Library/Caches/a", "~/to around/a"})
             verdicts += judged(by, path) + "\n";
         return verdicts;
@@ -871,11 +871,11 @@ TEST_F(PathPolicyTest, ManyThreadsMayAsk) {
     disk.link("home/out", "../outside");
     disk.link("home/to ssh", ".ssh");
     disk.file("home/.ssh/id");
-    const PathPolicy by = policy({inHome("work")}, {inHome("excluded")});
+    const PathPolicy by = policy({inHome("code")}, {inHome("excluded")});
     const std::vector<Case> cases{
         {"~/.cache/a", allowed},           {"~/Library", "containerItself"},
         {"~/out/a", "symlinkEscapes"},     {"~/to ssh/id", "protectedPath"},
-        {"~/work/a", "projectNotOptedIn"}, {"~/\u212AEYSTORES", "protectedName"},
+        {"~/code/a", "projectNotOptedIn"}, {"~/\u212AEYSTORES", "protectedName"},
     };
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < 8; ++i)
@@ -896,10 +896,10 @@ TEST_F(PathPolicyTest, NothingIsChanged) {
     disk.link("home/in", ".cache");
     disk.link("home/circle", "circle");
     const auto ask = [&] {
-        const PathPolicy by = policy({inHome("work")}, {inHome(".cache/a/b")});
+        const PathPolicy by = policy({inHome("code")}, {inHome(".cache/a/b")});
         for (const char* path :
              {"~", "~/.cache", "~/.cache/a", "~/in/a", "~/in", "~/out", "~/out/a", "~/circle/a",
-              "~/missing/a/b", "~/.ssh/id", "~/work", "/", "~/a.pem"})
+              "~/missing/a/b", "~/.ssh/id", "~/code", "/", "~/a.pem"})
             for (const bool isProjectItem : {false, true})
                 judged(by, path, isProjectItem);
     };
