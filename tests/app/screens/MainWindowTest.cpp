@@ -348,7 +348,9 @@ TEST_F(WindowTest, ABadgeOfNothingIsNotShown) {
 TEST_F(WindowTest, ApplicationsAndFilesAreListedAndRevealed) {
     ScanReport report;
     report.apps = {neverUsedApp()};
+    report.apps.front().url = m_state.home.folder("Applications/Atlas.app");
     report.largeFiles = {largeFile()};
+    report.largeFiles.front().url = m_state.home.file("big.iso", "x");
     m_state.scanned(report);
     show();
     click("Apps & Files");
