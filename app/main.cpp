@@ -2,7 +2,7 @@
 #include "app/platform/Appearance.h"
 #include "app/platform/Notifications.h"
 #include "app/platform/StandardDefaults.h"
-#include "app/screens/MainWindow.h"
+#include "app/screens/AppWindows.h"
 
 #include <QGuiApplication>
 #include <QOpenGLContext>
@@ -42,11 +42,11 @@ int runApplication(int argumentCount, char** arguments) {
                            argumentDefaults(QCoreApplication::arguments().mid(1)));
     AppModel model(AppEnvironment::current(), defaults, workers);
     ScreenModels models(model);
-    MainWindow window(models);
-    followAppearance(&window.theme(), [theme = &window.theme()](const Appearance& appearance) {
+    AppWindows windows(models);
+    followAppearance(&windows.theme(), [theme = &windows.theme()](const Appearance& appearance) {
         theme->setSystemLook(lookOf(appearance));
     });
-    window.bringToFront();
+    AppWindows::bringToFront(windows.mainWindow());
     model.monitor().start();
     model.applyLaunchArguments(defaults);
     if (model.settings().notificationsEnabled())

@@ -1,4 +1,4 @@
-// All that the screens of the main window bind to, in one place.
+// All that the screens bind to, in one place.
 #pragma once
 
 #include "app/state/AppUsageListModel.h"
@@ -10,6 +10,7 @@
 #include "app/state/OverviewModel.h"
 #include "app/state/ProjectListModel.h"
 #include "app/state/SessionListModel.h"
+#include "app/state/Shell.h"
 #include "app/state/SidebarModel.h"
 
 namespace tidewright {
@@ -18,6 +19,7 @@ namespace tidewright {
 class ScreenModels : public QObject {
     Q_OBJECT
     Q_PROPERTY(tidewright::AppModel* app READ app CONSTANT)
+    Q_PROPERTY(tidewright::Shell* shell READ shell CONSTANT)
     Q_PROPERTY(tidewright::OverviewModel* overview READ overview CONSTANT)
     Q_PROPERTY(tidewright::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(tidewright::CategoryListModel* categories READ categories CONSTANT)
@@ -36,6 +38,7 @@ public:
                           QObject* parent = nullptr);
 
     AppModel* app() const { return &m_app; }
+    Shell* shell() { return &m_shell; }
     OverviewModel* overview() { return &m_overview; }
     SidebarModel* sidebar() { return &m_sidebar; }
     CategoryListModel* categories() { return &m_categories; }
@@ -55,6 +58,7 @@ public:
 private:
     AppModel& m_app;
     std::function<Date()> m_now;
+    Shell m_shell{this};
     OverviewModel m_overview{m_app, this};
     SidebarModel m_sidebar{m_app, this};
     CategoryListModel m_categories{m_app, this};

@@ -1,7 +1,7 @@
 // Makes pictures of every screen and state of the window, light and dark, from a sample home with a
 // disk of its own: tidewright-screenshots FOLDER. The scale is that of QT_SCALE_FACTOR; at 2 the
 // names end in "@2x".
-#include "app/screens/MainWindow.h"
+#include "app/screens/AppWindows.h"
 #include "core/insights/InsightEngine.h"
 #include "core/support/Require.h"
 #include "samples/SampleHome.h"
@@ -52,8 +52,8 @@ public:
           m_defaults(DefaultsStore::inFile(home.appending("settings.conf"))),
           m_model(environment(), m_defaults, m_workers),
           m_models(m_model),
-          m_window(m_models) {
-        m_window.window().show();
+          m_windows(m_models) {
+        m_windows.mainWindow().show();
     }
 
     void take() {
@@ -114,7 +114,7 @@ private:
     }
 
     void resize(int width, int height) {
-        m_window.window().resize(width, height);
+        m_windows.mainWindow().resize(width, height);
         settle();
     }
 
@@ -133,12 +133,12 @@ private:
     /// In both modes, nothing moving.
     void picture(const std::string& name) {
         for (const bool isDark : {false, true}) {
-            m_window.theme().setSystemLook({isDark, {}, true});
+            m_windows.theme().setSystemLook({isDark, {}, true});
             settle();
-            const QImage image = m_window.window().grabWindow();
+            const QImage image = m_windows.mainWindow().grabWindow();
             const std::string file = fmt::format(
                 "{}/{}-{}{}.png", m_folder.toStdString(), name, isDark ? "dark" : "light",
-                m_window.window().effectiveDevicePixelRatio() > 1 ? "@2x" : "");
+                m_windows.mainWindow().effectiveDevicePixelRatio() > 1 ? "@2x" : "");
             require(image.convertToFormat(QImage::Format_RGB32)
                         .save(QString::fromStdString(file), "PNG", 0),
                     "A picture can't be written.");
@@ -146,7 +146,7 @@ private:
         }
     }
 
-    QObject* page() { return m_window.window().property("page").value<QObject*>(); }
+    QObject* page() { return m_windows.mainWindow().property("page").value<QObject*>(); }
 
     void scanning() {
         m_stage.holdsScan = true;
@@ -257,7 +257,7 @@ private:
     DefaultsStore m_defaults;
     AppModel m_model;
     ScreenModels m_models;
-    MainWindow m_window;
+    AppWindows m_windows;
 };
 
 int makePictures(int argumentCount, char** arguments) {

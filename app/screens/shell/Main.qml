@@ -41,11 +41,19 @@ Window {
         onActivated: stage.page.focusFilter()
     }
 
+    Shortcut {
+        sequence: StandardKey.Preferences
+        onActivated: window.models.shell.openSettings()
+    }
+    Connections {
+        target: window.models.shell
+        function onShowAbout() { about.open() }
+    }
+
     Sidebar {
         id: sidebar
         anchors { left: parent.left; top: parent.top; bottom: parent.bottom }
         models: window.models
-        onAboutAsked: about.open()
     }
     Toolbar {
         id: toolbar

@@ -10,8 +10,6 @@ FocusScope {
     required property ScreenModels models
     readonly property SidebarModel rows: models.sidebar
 
-    signal aboutAsked
-
     implicitWidth: Theme.sidebarWidth
 
     Rectangle {
@@ -65,7 +63,13 @@ FocusScope {
         anchors { left: parent.left; bottom: parent.bottom; margins: 10 }
         symbolName: "info.circle.fill"
         text: qsTr("About Tidewright")
-        onClicked: sidebar.aboutAsked()
+        onClicked: sidebar.models.shell.showAbout()
+    }
+    IconButton {
+        anchors { left: about.right; bottom: parent.bottom; leftMargin: 4; bottomMargin: 10 }
+        symbolName: "gearshape"
+        text: qsTr("Settings…")
+        onClicked: sidebar.models.shell.openSettings()
     }
     Separator {
         anchors { top: parent.top; bottom: parent.bottom; right: parent.right }

@@ -1,6 +1,6 @@
 // The real screen in a window that no one sees, on a model whose scans find what the test has
 // prepared.
-#include "app/screens/MainWindow.h"
+#include "app/screens/AppWindows.h"
 #include "tests/support/app/StateTesting.h"
 #include "tests/support/gui/QmlScene.h"
 

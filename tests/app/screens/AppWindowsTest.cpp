@@ -1,6 +1,6 @@
 // The real window, on no screen: driven by mouse and keyboard on a model whose scans find what the
 // test has prepared, and once through the whole loop in a sample home.
-#include "app/screens/MainWindow.h"
+#include "app/screens/AppWindows.h"
 
 #include "samples/SampleHome.h"
 #include "tests/support/ScopedVariable.h"

@@ -1,4 +1,4 @@
-#include "app/screens/MainWindow.h"
+#include "app/screens/AppWindows.h"
 
 #include "app/controls/SymbolImageProvider.h"
 #include "core/support/Require.h"
@@ -32,26 +32,37 @@ void registerStateTypes() {
     registerType<ProjectListModel>("ProjectListModel");
     registerType<ScreenModels>("ScreenModels");
     registerType<SessionListModel>("SessionListModel");
+    registerType<Shell>("Shell");
     registerType<SidebarModel>("SidebarModel");
 }
 
-MainWindow::MainWindow(ScreenModels& models) {
+AppWindows::AppWindows(ScreenModels& models) {
     registerStateTypes();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(SymbolImageProvider::name(), new SymbolImageProvider);
     m_engine.setInitialProperties({{QStringLiteral("models"), QVariant::fromValue(&models)}});
-    m_engine.load(QStringLiteral("qrc:/qt/qml/Tidewright/Screens/shell/Main.qml"));
-    require(!m_engine.rootObjects().isEmpty(), "The main window can't be loaded.");
-    m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+    mainWindow();
     // Its module is known from here on.
     m_theme = m_engine.singletonInstance<Theme*>(qmlTypeId("Tidewright.Controls", 1, 0, "Theme"));
-    require(m_window != nullptr && m_theme != nullptr, "The main window is incomplete.");
+    require(m_theme != nullptr, "The window's theme is missing.");
 }
 
-void MainWindow::bringToFront() {
-    m_window->show();
-    m_window->raise();
-    m_window->requestActivate();
+QQuickWindow& AppWindows::window(QQuickWindow*& known, const char* file) {
+    if (known == nullptr) {
+        const auto before = m_engine.rootObjects().size();
+        m_engine.load(QStringLiteral("qrc:/qt/qml/Tidewright/Screens/") +
+                      QString::fromLatin1(file));
+        require(m_engine.rootObjects().size() > before, "A window can't be loaded.");
+        known = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constLast());
+        require(known != nullptr, "A window is none.");
+    }
+    return *known;
+}
+
+void AppWindows::bringToFront(QQuickWindow& window) {
+    window.show();
+    window.raise();
+    window.requestActivate();
 }
 
 } // namespace tidewright
