@@ -38,6 +38,10 @@ MAY_INCLUDE = {
     "app/state": ["app/platform", "core"],
     "app/platform": ["core/platform", "core/model", "core/support"],
     "app/controls": [],
+    "app/tray": [
+        "app/controls", "app/state",
+        "app/platform/linux/Bus.h",  # a desktop tells over the bus where status items can be
+    ],
     "app/screens": [
         "app/controls", "app/state",
         "core/support/Require.h",  # the window's parts are within the program
@@ -60,12 +64,12 @@ RESERVED = {
     "core/platform/linux": ["core/platform/linux", "app/platform/linux", "tests"],
     "core/platform/macos": ["core/platform/macos", "app/platform/macos", "tests"],
     "core/platform/posix": ["core/platform", "tests"],
-    "app/platform/linux": ["app/platform/linux", "tests"],
+    "app/platform/linux": ["app/platform/linux", "app/tray/linux", "tests"],
     "app/platform/macos": ["app/platform/macos", "tests"],
 }
 
 # The seam: the only places that know which system they run on.
-SEAM = ["core/platform", "app/platform"]
+SEAM = ["core/platform", "app/platform", "app/tray"]
 # Headers of the system are needed in two more places, which behave alike on every system.
 MAY_INCLUDE_SYSTEM_HEADERS = SEAM + [
     "cli/Terminal.cpp",  # the width of a terminal, and whether there is one
@@ -84,6 +88,7 @@ LIBRARIES = [
     (r"tl/", ["core/support"]),
     (r"CLI/", ["cli"]),
     (r"Q[A-Z]|Qt[A-Z]", ["app", "cli"]),
+    (r"xcb/", ["app/tray/linux"]),
 ]
 
 STANDARD = set("""
