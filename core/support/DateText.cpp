@@ -1,8 +1,8 @@
 #include "core/support/DateText.h"
 
-#include <unicode/smpdtfmt.h>
+#include "core/support/IcuTime.h"
 
-#include <memory>
+#include <unicode/smpdtfmt.h>
 
 namespace tidewright {
 
@@ -12,12 +12,9 @@ std::string dateAndTimeText(Date date, const std::optional<std::string>& timeZon
         icu::DateFormat::createInstanceForSkeleton("yMMMdjm", icu::Locale::getDefault(), status));
     if (U_FAILURE(status))
         return {};
-    format->adoptTimeZone(
-        timeZone ? icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*timeZone))
-                 : icu::TimeZone::createDefault());
-    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date);
+    format->adoptTimeZone(icuTimeZone(timeZone).release());
     icu::UnicodeString text;
-    format->format(static_cast<double>(milliseconds.time_since_epoch().count()), text);
+    format->format(icuDate(date), text);
     std::string bytes;
     return text.toUTF8String(bytes);
 }

@@ -1,8 +1,9 @@
 #include "core/support/RelativeDate.h"
 
+#include "core/support/IcuTime.h"
+
 #include <unicode/gregocal.h>
 #include <unicode/reldatefmt.h>
-#include <unicode/timezone.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -15,14 +16,6 @@ constexpr double secondsOfMinute = 60;
 constexpr double secondsOfHour = 3600;
 constexpr int daysOfWeek = 7;
 constexpr int monthsOfYear = 12;
-
-UDate icuDate(Date date) { return static_cast<double>(date.time_since_epoch().count()) / 1000.0; }
-
-icu::TimeZone* makeZone(const std::optional<std::string>& name) {
-    if (!name)
-        return icu::TimeZone::createDefault();
-    return icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*name));
-}
 
 /// A day of the calendar, and what it lies in; all but the day of the month are counted through.
 struct CalendarDay {
@@ -86,7 +79,7 @@ Distance calendarDistance(const CalendarDay& from, const CalendarDay& to) {
 
 std::string relativeDateText(Date date, Date now, const std::optional<std::string>& timeZone) {
     UErrorCode status = U_ZERO_ERROR;
-    icu::GregorianCalendar calendar(makeZone(timeZone), status);
+    icu::GregorianCalendar calendar(icuTimeZone(timeZone).release(), status);
     const CalendarDay from = dayOf(icuDate(now), calendar, status);
     const CalendarDay to = dayOf(icuDate(date), calendar, status);
     const double seconds = (icuDate(date) - icuDate(now)) / 1000.0;
