@@ -1,15 +1,11 @@
 // The whole loop in a sample home, as the window goes through it: scan, look at what is selected,
 // change that, review, clean, see the report change, find it in the history, scan again.
 
-#include "app/state/AppModel.h"
 #include "core/platform/StandardFolders.h"
 #include "core/probes/Tools.h"
 #include "core/scan/RuleCatalog.h"
-#include "samples/SampleHome.h"
-#include "tests/support/ScopedVariable.h"
-#include "tests/support/TempHome.h"
 #include "tests/support/app/EventLoop.h"
-#include "tests/support/app/StateTesting.h"
+#include "tests/support/app/SampleState.h"
 
 #include <gmock/gmock.h>
 
@@ -23,28 +19,8 @@ using testing::SizeIs;
 
 class AppLoop : public testing::Test {
 protected:
-    AppLoop() {
-        const auto built = SampleHome{.folder = m_home}.build();
-        EXPECT_TRUE(built) << (built ? "" : built.error().sentence);
-    }
-
-    TempHome m_place;
-    URL m_home = m_place.path("home");
-    // What the program asks its environment for lies in the home.
-    ScopedVariable m_homeVariable{"HOME", m_home.path()};
-    ScopedVariable m_temporary{"TMPDIR", m_home.appending(SampleHome::temporaryFolder).path()};
-    ScopedVariable m_data{"XDG_DATA_HOME", std::nullopt};
-    ScopedVariable m_state{"XDG_STATE_HOME", std::nullopt};
-    ScopedVariable m_config{"XDG_CONFIG_HOME", std::nullopt};
-    Workers m_workers;
-    DefaultsStore m_defaults{DefaultsStore::inFile(m_place.path("settings.conf"))};
-    AppModel m_model{environment(), m_defaults, m_workers};
-
-    static AppEnvironment environment() {
-        AppEnvironment environment = AppEnvironment::current();
-        environment.monitorSystem.post = inertMonitorSystem().post;
-        return environment;
-    }
+    SampleState m_state;
+    AppModel& m_model = m_state.model;
 
     void scan() {
         m_model.scan();
@@ -112,7 +88,7 @@ TEST_F(AppLoop, EndsWithWhatWasPickedGoneAndAllElseThere) {
     EXPECT_EQ(entry.movedToTrash, session.trashBytes());
     ASSERT_TRUE(entry.logFile);
     EXPECT_TRUE(fileExists(*entry.logFile));
-    EXPECT_EQ(HistoryStore(userDataDirectory(m_home).appending("Tidewright")).entries(),
+    EXPECT_EQ(HistoryStore(userDataDirectory(m_state.home).appending("Tidewright")).entries(),
               m_model.history().entries());
 
     m_model.closeSession();
@@ -164,7 +140,7 @@ TEST_F(AppLoop, ACancelledScanCanBeRepeated) {
     m_model.scan();
     m_model.cancelScan();
     EXPECT_FALSE(m_model.isScanning());
-    ASSERT_TRUE(becomesTrue([this] { return m_workers.isIdle(); }));
+    ASSERT_TRUE(becomesTrue([this] { return m_state.workers.isIdle(); }));
     EXPECT_EQ(m_model.report(), nullptr);
     scan();
     EXPECT_GT(m_model.report()->items.size(), 30U);

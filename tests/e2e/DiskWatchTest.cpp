@@ -2,7 +2,6 @@
 // session's notifications and the system's news of waking up. Only the reading of the disk and the
 // time are the test's.
 #include "app/state/DiskMonitor.h"
-
 #include "tests/app/platform/linux/PrivateBus.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/app/LoggedMessages.h"

@@ -53,8 +53,8 @@ void takeOver(const QVariantMap& platformData) {
 
 /// False where it doesn't answer, and so can't be the one that the user is to work with.
 bool bringToFront(const QDBusConnection& bus, const QString& service) {
-    QDBusMessage call = QDBusMessage::createMethodCall(service, object, interface,
-                                                       QStringLiteral("Activate"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service, object, interface, QStringLiteral("Activate"));
     call << platformData();
     return bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage;
 }

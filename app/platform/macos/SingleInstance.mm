@@ -4,8 +4,6 @@
 
 namespace tidewright {
 
-bool becomeOnlyInstance(QObject*, std::function<void()>) {
-    return true;
-}
+bool becomeOnlyInstance(QObject*, std::function<void()>) { return true; }
 
 } // namespace tidewright

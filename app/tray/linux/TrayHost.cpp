@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <fmt/format.h>
+
 #include <xcb/xcb.h>
 
 #include <cstdlib>
@@ -61,8 +62,8 @@ bool hasTrayOfX() {
     if (!atom)
         return false;
     const Freed<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(
-            connection, xcb_get_selection_owner(connection, atom->atom), nullptr),
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom),
+                                      nullptr),
         std::free);
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
@@ -89,8 +90,8 @@ void lookForSomeTime(TrayHost* host) {
 TrayHost::TrayHost(QObject* parent) : QObject(parent) {
     QDBusConnection bus = Bus::session();
     if (bus.isConnected()) {
-        auto* const watcher = new QDBusServiceWatcher(
-            service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        auto* const watcher =
+            new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
         connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &TrayHost::look);
         for (const char* const signal :
              {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})

@@ -2,10 +2,10 @@
 // test has prepared, and once through the whole loop in a sample home.
 #include "app/screens/AppWindows.h"
 
-#include "samples/SampleHome.h"
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/Shell.h"
 #include "tests/support/app/EventLoop.h"
+#include "tests/support/app/SampleState.h"
 #include "tests/support/app/StateTesting.h"
 #include "tests/support/gui/QmlScene.h"
 
@@ -502,18 +502,11 @@ protected:
     WindowLoop() {
         QAccessible::setActive(true);
         registerStateTypes();
-        const auto built = SampleHome{.folder = m_home}.build();
-        EXPECT_TRUE(built) << (built ? "" : built.error().sentence);
         EXPECT_TRUE(m_scene.load(mainFile, {},
                                  {{QStringLiteral("models"), QVariant::fromValue(&m_models)}}));
         m_scene.window().requestActivate();
     }
 
-    static AppEnvironment environment() {
-        AppEnvironment environment = AppEnvironment::current();
-        environment.monitorSystem.post = inertMonitorSystem().post;
-        return environment;
-    }
     void clickWhenThere(const char* name) {
         ASSERT_TRUE(becomesTrue([&] { return m_scene.hasNamed(name); })) << name;
         QmlScene::settle();
@@ -521,17 +514,9 @@ protected:
         QmlScene::settle();
     }
 
-    TempHome m_place;
-    URL m_home = m_place.path("home");
     ScopedVariable m_motion{"TIDEWRIGHT_REDUCE_MOTION", "1"};
-    ScopedVariable m_homeVariable{"HOME", m_home.path()};
-    ScopedVariable m_temporary{"TMPDIR", m_home.appending(SampleHome::temporaryFolder).path()};
-    ScopedVariable m_data{"XDG_DATA_HOME", std::nullopt};
-    ScopedVariable m_stateFolder{"XDG_STATE_HOME", std::nullopt};
-    ScopedVariable m_config{"XDG_CONFIG_HOME", std::nullopt};
-    Workers m_workers;
-    DefaultsStore m_defaults{DefaultsStore::inFile(m_place.path("settings.conf"))};
-    AppModel m_model{environment(), m_defaults, m_workers};
+    SampleState m_state;
+    AppModel& m_model = m_state.model;
     ScreenModels m_models{m_model};
     QmlScene m_scene;
 };

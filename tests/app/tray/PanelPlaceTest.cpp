@@ -36,15 +36,15 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"above an item below", {500, 770, 20, 30}, panel, {0, 0, 1000, 770}, {350, 364}},
         Case{"at the right edge", {980, 0, 20, 30}, panel, belowABar, {674, 36}},
         Case{"at the left edge", {0, 0, 20, 30}, panel, belowABar, {6, 36}},
-        Case{"by the pointer", {QPoint(500, 790), QSize(1, 1)}, panel, screen, {340, 384}},
+        Case{"by the pointer", {QPoint(500, 790), QSize(1, 1)}, panel, screen, {341, 384}},
         Case{"in the middle", {500, 300, 20, 20}, panel, screen, {350, 326}},
         Case{"too large", {500, 0, 20, 30}, {2000, 2000}, belowABar, {6, 36}},
-        Case{"on a second screen",
-             {1500, 0, 20, 30},
+        Case{"on a second screen", {1500, 0, 20, 30}, panel, {1000, 30, 1000, 770}, {1350, 36}},
+        Case{"on a screen to the left",
+             {-500, 0, 20, 30},
              panel,
-             {1000, 30, 1000, 770},
-             {1350, 36}},
-        Case{"on a screen to the left", {-500, 0, 20, 30}, panel, {-1000, 30, 1000, 770}, {-650, 36}}),
+             {-1000, 30, 1000, 770},
+             {-650, 36}}),
     [](const testing::TestParamInfo<Case>& each) {
         std::string name;
         for (const char* c = each.param.name; *c != '\0'; ++c)

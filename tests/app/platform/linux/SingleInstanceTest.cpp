@@ -45,8 +45,9 @@ public:
             Qt::BlockingQueuedConnection);
     }
     ~First() {
-        QObject::connect(&m_thread, &QThread::finished, m_service.get(),
-                         [this] { m_service.reset(); }, Qt::DirectConnection);
+        QObject::connect(
+            &m_thread, &QThread::finished, m_service.get(), [this] { m_service.reset(); },
+            Qt::DirectConnection);
         m_thread.quit();
         m_thread.wait();
     }

@@ -1,0 +1,136 @@
+"""The status item: in a system tray of X, at a StatusNotifier host, and where there is neither; and
+a second start of the program."""
+
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import time
+
+from desktop import Helper, PROGRAMS, Program, expect, fail, output_of
+
+HERE = pathlib.Path(__file__).parent
+PILL = r"Tidewright, (Healthy|Low space|Almost full)(, \d+(\.\d)? GB free)?"
+PANEL = "Open Tidewright"  # stands in the panel alone
+MAIN_WINDOW = "Sidebar"
+
+
+def close_window(name):
+    """As the window manager does when its button is pressed."""
+    window = output_of("xdotool", "search", "--onlyvisible", "--name", f"^{name}$").splitlines()[-1]
+    output_of("xdotool", "windowactivate", "--sync", window)
+    output_of("xdotool", "key", "--window", window, "alt+F4")
+
+
+def active_window():
+    return output_of("xdotool", "getactivewindow", "getwindowname")
+
+
+def icon_of(program):
+    """The place of the item's middle in a tray of X."""
+    for window in output_of("xdotool", "search", "--pid", str(program.process.pid)).splitlines():
+        name = output_of("xdotool", "getwindowname", window)
+        place = dict(line.split("=") for line in output_of(
+            "xdotool", "getwindowgeometry", "--shell", window).splitlines() if "=" in line)
+        width, height = int(place.get("WIDTH", 0)), int(place.get("HEIGHT", 0))
+        if re.fullmatch(PILL, name) and 10 < width < 100 and 10 < height < 100:
+            return int(place["X"]) + width // 2, int(place["Y"]) + height // 2
+    return None
+
+
+def click(place):
+    output_of("xdotool", "mousemove", str(place[0]), str(place[1]), "click", "1")
+
+
+def uses_panel(program, press_item):
+    """What a person does with the item, whichever kind it is."""
+    program.wait_for(MAIN_WINDOW)
+    close_window("Tidewright")
+    program.goes(MAIN_WINDOW)
+    time.sleep(1)
+    if not program.is_running():
+        fail("the program has ended although its item is there")
+
+    press_item()
+    program.wait_for(PANEL, "push button")
+    expect("the panel is the active window", lambda: active_window() == "Tidewright")
+    output_of("xdotool", "key", "Escape")
+    program.goes(PANEL, "push button")
+
+    press_item()
+    program.wait_for(PANEL, "push button")
+    with Helper("/usr/bin/xmessage", "-name", "elsewhere", "elsewhere"):
+        program.goes(PANEL, "push button")  # another window has taken the activation
+
+    press_item()
+    program.press(PANEL, "push button")
+    program.wait_for(MAIN_WINDOW)
+    program.goes(PANEL, "push button")
+    expect("the main window is in front", lambda: active_window() == "Tidewright")
+
+
+def second_start(program):
+    close_window("Tidewright")
+    program.goes(MAIN_WINDOW)
+    with Helper("/usr/bin/xmessage", "-name", "in front", "in front"):
+        started = subprocess.run([PROGRAMS / "tidewright-app"], check=False, timeout=60)
+        if started.returncode != 0:
+            fail(f"the second start ends with {started.returncode}")
+        program.wait_for(MAIN_WINDOW)
+        expect("the first one's window has come to the front",
+               lambda: active_window() == "Tidewright")
+
+
+def tray_of_x():
+    print("== A system tray of X")
+    with Program() as program:
+        program.wait_for(MAIN_WINDOW)
+        with Helper("trayer", "--edge", "top", "--align", "right", "--height", "24",
+                    "--widthtype", "request"):
+            place = expect("the item comes with the tray", lambda: icon_of(program))
+            program.wait_for(PILL)
+            uses_panel(program, lambda: click(place))
+            second_start(program)
+            close_window("Tidewright")
+            program.goes(MAIN_WINDOW)
+            press = place
+            click(press)
+            program.press("Quit Tidewright", "push button")
+            program.ends()
+
+
+def notifier_host():
+    print("== A StatusNotifier host")
+    with Program() as program:
+        program.wait_for(MAIN_WINDOW)
+        with Helper(sys.executable, str(HERE / "notifier_host.py")) as host:
+            def last():
+                told = [line for line in host.lines() if line.startswith("{")]
+                return json.loads(told[-1]) if told else None
+
+            expect("the item comes with the host", lambda: last() and re.fullmatch(PILL, last()["title"]))
+            expect("its tip says the same", lambda: last()["toolTip"] == last()["title"])
+            expect("it has pictures", lambda: [22, 22] in last()["sizes"])
+            uses_panel(program, lambda: host.tell("Activate"))
+            output_of(str(PROGRAMS / "tidewright"), "settings")
+        close_window("Tidewright")
+        program.ends()  # the host has gone
+
+
+def no_tray():
+    print("== No tray")
+    with Program(may_say="no system tray") as program:
+        program.wait_for(MAIN_WINDOW)
+        close_window("Tidewright")
+        program.ends()
+        if len(re.findall("no system tray", program.log.read_text(encoding="utf-8"))) != 1:
+            fail("the log does not say once that there is no tray")
+
+
+if __name__ == "__main__":
+    os.environ["NO_AT_BRIDGE"] = "1"  # for the desktop's other programs
+    no_tray()
+    tray_of_x()
+    notifier_host()
