@@ -32,7 +32,6 @@ void Popover::toggle(const QRect& item) {
     place();
     m_window.show();
     place(); // its content has settled
-    m_window.raise();
     m_window.requestActivate();
 }
 
