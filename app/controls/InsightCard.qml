@@ -13,7 +13,7 @@ GlassCard {
     required property string gainText
     required property string actionTitle
     property bool isCompact: false
-    readonly property color severityColor: severity === "critical" ? Theme.red : severity === "warning" ? Theme.orange : severity === "tip" ? Theme.teal : Theme.accent
+    readonly property color severityColor: Theme.severityColors[severity]
 
     signal performed
 

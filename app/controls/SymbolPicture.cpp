@@ -11,7 +11,8 @@ namespace tidewright {
 namespace {
 
 // In a picture of 24 by 24; the files have 2.
-constexpr const char* lineWidth = R"(stroke-width="1.75")";
+constexpr const char* regularLine = R"(stroke-width="1.75")";
+constexpr const char* boldLine = R"(stroke-width="2.75")";
 constexpr const char* filling = R"( fill="currentColor" fill-opacity="0.22")";
 
 /// Fills one shape of a file. Each stands on a line of its own.
@@ -23,13 +24,13 @@ void fill(QByteArray& svg, int shape) {
         svg.insert(svg.indexOf(' ', start + 4), filling);
 }
 
-QByteArray svgOf(const Symbol& symbol) {
+QByteArray svgOf(const Symbol& symbol, SymbolWeight weight) {
     const auto name = QLatin1String(symbol.file.data(), static_cast<qsizetype>(symbol.file.size()));
     QFile file(QStringLiteral(":/symbols/%1.svg").arg(name));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QByteArray svg = file.readAll();
-    svg.replace(R"(stroke-width="2")", lineWidth);
+    svg.replace(R"(stroke-width="2")", weight == SymbolWeight::bold ? boldLine : regularLine);
     if (symbol.filledShape)
         fill(svg, *symbol.filledShape);
     return svg;
@@ -37,11 +38,11 @@ QByteArray svgOf(const Symbol& symbol) {
 
 } // namespace
 
-QImage symbolPicture(const QString& name, QSize pixels, QColor colour) {
+QImage symbolPicture(const QString& name, QSize pixels, QColor colour, SymbolWeight weight) {
     const Symbol* symbol = findSymbol(name.toStdString());
     if (symbol == nullptr)
         return {};
-    QSvgRenderer renderer(svgOf(*symbol));
+    QSvgRenderer renderer(svgOf(*symbol, weight));
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);

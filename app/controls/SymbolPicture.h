@@ -8,8 +8,14 @@
 
 namespace tidewright {
 
+/// How thick the lines are.
+enum class SymbolWeight { regular, bold };
+
 /// The symbol in one colour on a clear ground, in the middle and as large as the size allows, drawn
 /// for exactly these pixels. Null if there is no such symbol. For any thread.
-QImage symbolPicture(const QString& name, QSize pixels, QColor colour);
+QImage symbolPicture(const QString& name,
+                     QSize pixels,
+                     QColor colour,
+                     SymbolWeight weight = SymbolWeight::regular);
 
 } // namespace tidewright

@@ -29,7 +29,7 @@ constexpr Symbol symbols[] = {
     {"doc", "file"},
     {"doc.badge.ellipsis", "file-stack"},
     {"doc.text.magnifyingglass", "file-search"},
-    {"exclamationmark", "circle-alert"},
+    {"exclamationmark", "exclamation-mark"},
     {"exclamationmark.octagon.fill", "octagon-alert", 2},
     {"exclamationmark.triangle.fill", "triangle-alert", 0},
     {"externaldrive.badge.exclamationmark", "hard-drive"},

@@ -64,18 +64,6 @@ QString loadFamily() {
     return family;
 }
 
-/// The platform's points are pixels at 100 %, where Qt's depend on the resolution of the screen.
-QFont fontOf(int size, QFont::Weight weight = QFont::Normal) {
-    static const QString family = loadFamily();
-    QFont font(family);
-    font.setPixelSize(size);
-    font.setWeight(weight);
-#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-    font.setFeature("tnum", 1); // the bundled family has no other digits
-#endif
-    return font;
-}
-
 QFont inWeight(QFont font, QFont::Weight weight) {
     font.setWeight(weight);
     return font;
@@ -134,6 +122,13 @@ QVariantMap Theme::healthColors() const {
             {QStringLiteral("critical"), m_colors.red}};
 }
 
+QVariantMap Theme::severityColors() const {
+    return {{QStringLiteral("tip"), m_colors.teal},
+            {QStringLiteral("notice"), m_colors.accent},
+            {QStringLiteral("warning"), m_colors.orange},
+            {QStringLiteral("critical"), m_colors.red}};
+}
+
 QVariantMap Theme::liquidTop() const {
     return byHealth([](const QString& health) { return liquidColors(health).top; });
 }
@@ -177,35 +172,49 @@ QVariantList Theme::springCurve() const {
     return curve;
 }
 
-QFont Theme::largeTitle() const { return fontOf(26); }
-
-QFont Theme::title() const { return fontOf(22); }
-
-QFont Theme::title2() const { return fontOf(17); }
-
-QFont Theme::title3() const { return fontOf(15); }
-
-QFont Theme::headline() const { return fontOf(13, QFont::DemiBold); }
-
-QFont Theme::body() const { return fontOf(13); }
-
-QFont Theme::callout() const { return fontOf(12); }
-
-QFont Theme::subheadline() const { return fontOf(11); }
-
-QFont Theme::caption() const { return fontOf(10); }
-
-QFont Theme::rowTitle() const { return fontOf(13, QFont::Medium); }
-
-QFont Theme::figure() const { return fontOf(17, QFont::DemiBold); }
-
-QFont Theme::bigFigure() const {
-    QFont font = fontOf(48, QFont::Bold);
-    font.setLetterSpacing(QFont::AbsoluteSpacing, -1);
-    return font;
+/// The platform's points are pixels at 100 %, where Qt's depend on the resolution of the screen.
+QFont Theme::font(int pixels, QFont::Weight weight) {
+    static const QString family = loadFamily();
+    QFont made(family);
+    made.setPixelSize(pixels);
+    made.setWeight(weight);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    made.setFeature("tnum", 1); // the bundled family has no other digits
+#endif
+    return made;
 }
 
-QFont Theme::resultFigure() const { return fontOf(34, QFont::Bold); }
+QFont Theme::largeTitle() const { return font(26); }
+
+QFont Theme::title() const { return font(22); }
+
+QFont Theme::title2() const { return font(17); }
+
+QFont Theme::title3() const { return font(15); }
+
+QFont Theme::headline() const { return font(13, QFont::DemiBold); }
+
+QFont Theme::body() const { return font(13); }
+
+QFont Theme::callout() const { return font(12); }
+
+QFont Theme::subheadline() const { return font(11); }
+
+QFont Theme::caption() const { return font(10); }
+
+QFont Theme::rowTitle() const { return font(13, QFont::Medium); }
+
+QFont Theme::figure() const { return font(17, QFont::DemiBold); }
+
+QFont Theme::bigFigure() const {
+    QFont big = font(48, QFont::Bold);
+    big.setLetterSpacing(QFont::AbsoluteSpacing, -1);
+    return big;
+}
+
+QFont Theme::resultFigure() const { return font(34, QFont::Bold); }
+
+QFont Theme::panelFigure() const { return font(24, QFont::Bold); }
 
 QFont Theme::medium(const QFont& font) const { return inWeight(font, QFont::Medium); }
 

@@ -57,8 +57,9 @@ class Theme : public QObject {
     Q_PROPERTY(QColor shadowFar READ shadowFar NOTIFY colorsChanged)
     Q_PROPERTY(QColor scrim READ scrim NOTIFY colorsChanged)
     /// By the names of a disk's health: `Theme.healthColors[health]`. Liquids fade from top to
-    /// bottom.
+    /// bottom. Those of severities are by the names of an insight's severity.
     Q_PROPERTY(QVariantMap healthColors READ healthColors NOTIFY colorsChanged)
+    Q_PROPERTY(QVariantMap severityColors READ severityColors NOTIFY colorsChanged)
     Q_PROPERTY(QVariantMap liquidTop READ liquidTop CONSTANT)
     Q_PROPERTY(QVariantMap liquidBottom READ liquidBottom CONSTANT)
     Q_PROPERTY(QColor freed READ freed CONSTANT) ///< the part of a bar that a cleanup would free
@@ -90,6 +91,7 @@ class Theme : public QObject {
     Q_PROPERTY(QFont figure READ figure CONSTANT)
     Q_PROPERTY(QFont bigFigure READ bigFigure CONSTANT)
     Q_PROPERTY(QFont resultFigure READ resultFigure CONSTANT)
+    Q_PROPERTY(QFont panelFigure READ panelFigure CONSTANT)
 
     Q_PROPERTY(int windowWidth MEMBER windowWidth CONSTANT)
     Q_PROPERTY(int windowHeight MEMBER windowHeight CONSTANT)
@@ -173,6 +175,9 @@ class Theme : public QObject {
     Q_PROPERTY(int tipDistance MEMBER tipDistance CONSTANT)
     Q_PROPERTY(int sheetWidth MEMBER sheetWidth CONSTANT)
     Q_PROPERTY(int sheetHeight MEMBER sheetHeight CONSTANT)
+    Q_PROPERTY(int panelWidth MEMBER panelWidth CONSTANT)
+    Q_PROPERTY(int panelOrbSize MEMBER panelOrbSize CONSTANT)
+    Q_PROPERTY(int panelOrbSpacing MEMBER panelOrbSpacing CONSTANT)
 
 public:
     static constexpr int windowWidth = 1180;
@@ -258,12 +263,18 @@ public:
     static constexpr int tipDistance = 6;
     static constexpr int sheetWidth = 620;
     static constexpr int sheetHeight = 600;
+    static constexpr int panelWidth = 320; ///< of the one at the status item
+    static constexpr int panelOrbSize = 56;
+    static constexpr int panelOrbSpacing = 12;
 
     static constexpr double springResponse = 0.35;
     static constexpr double snappyResponse = 0.25;
     static constexpr double springDamping = 1; ///< the spring never swings beyond its goal
 
     explicit Theme(QObject* parent = nullptr);
+
+    /// The family of all fonts, for what is drawn without QML.
+    static QFont font(int pixels, QFont::Weight weight = QFont::Normal);
 
     /// Takes the place of what was told before.
     void setSystemLook(const SystemLook& look);
@@ -296,6 +307,7 @@ public:
     QColor shadowFar() const { return m_colors.shadowFar; }
     QColor scrim() const { return m_colors.scrim; }
     QVariantMap healthColors() const;
+    QVariantMap severityColors() const;
     QVariantMap liquidTop() const;
     QVariantMap liquidBottom() const;
     QColor freed() const;
@@ -329,6 +341,7 @@ public:
     QFont figure() const;
     QFont bigFigure() const;
     QFont resultFigure() const;
+    QFont panelFigure() const;
 
     /// The same font in another weight: `Theme.semibold(Theme.title3)`.
     Q_INVOKABLE QFont medium(const QFont& font) const;

@@ -28,6 +28,7 @@ void registerStateTypes() {
     registerType<InsightListModel>("InsightListModel");
     registerType<ItemListModel>("ItemListModel");
     registerType<LargeFileListModel>("LargeFileListModel");
+    registerType<MenuBarModel>("MenuBarModel");
     registerType<OverviewModel>("OverviewModel");
     registerType<ProjectListModel>("ProjectListModel");
     registerType<ScreenModels>("ScreenModels");

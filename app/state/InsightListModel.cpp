@@ -29,6 +29,11 @@ void InsightListModel::setLimit(int limit) {
     Q_EMIT limitChanged();
 }
 
+void InsightListModel::leaveOut(std::string insightID) {
+    m_leftOut = std::move(insightID);
+    showFirst(records());
+}
+
 void InsightListModel::perform(int row) {
     if (!m_model || !hasRow(row))
         return;
@@ -78,9 +83,10 @@ void InsightListModel::takeReport() {
 
 void InsightListModel::showFirst(const Records& insights) {
     Rows rows = allOf(insights);
-    if (m_limit >= 0 && rows.size() > static_cast<std::size_t>(m_limit))
+    std::erase_if(rows, [&](std::size_t row) { return (*insights)[row].id == m_leftOut; });
+    const bool hasMore = m_limit >= 0 && rows.size() > static_cast<std::size_t>(m_limit);
+    if (hasMore)
         rows.resize(static_cast<std::size_t>(m_limit));
-    const bool hasMore = rows.size() < insights->size();
     show(insights, std::move(rows));
     if (std::exchange(m_hasMore, hasMore) != hasMore)
         Q_EMIT hasMoreChanged();

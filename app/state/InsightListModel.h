@@ -35,7 +35,10 @@ public:
 
     int total() const { return m_totals.all; }            ///< shown or not
     int notableCount() const { return m_totals.notable; } ///< of all but tips
-    bool hasMore() const { return m_hasMore; }            ///< than are shown
+    bool hasMore() const { return m_hasMore; }            ///< than the limit lets be shown
+
+    /// Never shows the insight with this id; the totals count it all the same.
+    void leaveOut(std::string insightID);
 
     /// Does what the insight proposes.
     Q_INVOKABLE void perform(int row);
@@ -61,6 +64,7 @@ private:
 
     QPointer<AppModel> m_model;
     int m_limit = -1;
+    std::optional<std::string> m_leftOut; ///< an insight's id
     Totals m_totals;
     bool m_hasMore = false;
 };

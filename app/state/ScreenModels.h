@@ -7,6 +7,7 @@
 #include "app/state/InsightListModel.h"
 #include "app/state/ItemListModel.h"
 #include "app/state/LargeFileListModel.h"
+#include "app/state/MenuBarModel.h"
 #include "app/state/OverviewModel.h"
 #include "app/state/ProjectListModel.h"
 #include "app/state/SessionListModel.h"
@@ -30,6 +31,7 @@ class ScreenModels : public QObject {
     Q_PROPERTY(tidewright::AppUsageListModel* appUsage READ appUsage CONSTANT)
     Q_PROPERTY(tidewright::LargeFileListModel* largeFiles READ largeFiles CONSTANT)
     Q_PROPERTY(tidewright::HistoryListModel* history READ history CONSTANT)
+    Q_PROPERTY(tidewright::MenuBarModel* menuBar READ menuBar CONSTANT)
 
 public:
     /// `model` must outlive this.
@@ -50,6 +52,7 @@ public:
     AppUsageListModel* appUsage() { return &m_appUsage; }
     LargeFileListModel* largeFiles() { return &m_largeFiles; }
     HistoryListModel* history() { return &m_history; }
+    MenuBarModel* menuBar() { return &m_menuBar; }
 
     /// A new list of the category's items, which belongs to the caller; null where no category has
     /// this raw value.
@@ -69,6 +72,7 @@ private:
     AppUsageListModel m_appUsage{m_app, m_now, this};
     LargeFileListModel m_largeFiles{m_app, m_now, this};
     HistoryListModel m_history{m_app, this};
+    MenuBarModel m_menuBar{m_app, m_now, this};
 };
 
 } // namespace tidewright

@@ -160,6 +160,11 @@ TEST_F(ThemeTest, LiquidAndHealthHaveTheirColors) {
         EXPECT_EQ(health.value(QStringLiteral("good")).value<QColor>(), theme.accent());
         EXPECT_EQ(health.value(QStringLiteral("low")).value<QColor>(), theme.orange());
         EXPECT_EQ(health.value(QStringLiteral("critical")).value<QColor>(), theme.red());
+        const QVariantMap severity = theme.severityColors();
+        EXPECT_EQ(severity.value(QStringLiteral("tip")).value<QColor>(), theme.teal());
+        EXPECT_EQ(severity.value(QStringLiteral("notice")).value<QColor>(), theme.accent());
+        EXPECT_EQ(severity.value(QStringLiteral("warning")).value<QColor>(), theme.orange());
+        EXPECT_EQ(severity.value(QStringLiteral("critical")).value<QColor>(), theme.red());
         EXPECT_EQ(theme.freed().name(), QStringLiteral("#2dbe68"));
         EXPECT_NEAR(theme.freed().alphaF(), 0.85, 1e-4);
     }

@@ -102,6 +102,23 @@ TEST_F(InsightListModelTest, ThereAreMoreThanAreShownAboveTheLimitOnly) {
     EXPECT_EQ(m_watch.complaint(), "");
 }
 
+TEST_F(InsightListModelTest, OneThatIsLeftOutTakesNoRow) {
+    scanned({insight("a"), insight("b"), insight("c")});
+    m_model.setLimit(2);
+    m_watch.told();
+    m_model.leaveOut("a");
+    EXPECT_THAT(columnOf(m_model, "insightID"), ElementsAre("b", "c"));
+    EXPECT_FALSE(m_model.hasMore());
+    EXPECT_EQ(m_model.total(), 3);
+    scanned({insight("a"), insight("b"), insight("c"), insight("d")});
+    EXPECT_THAT(columnOf(m_model, "insightID"), ElementsAre("b", "c"));
+    EXPECT_TRUE(m_model.hasMore());
+    m_model.setLimit(-1);
+    EXPECT_THAT(columnOf(m_model, "insightID"), ElementsAre("b", "c", "d"));
+    EXPECT_FALSE(m_model.hasMore());
+    EXPECT_EQ(m_watch.complaint(), "");
+}
+
 TEST_F(InsightListModelTest, InsightsThatStaySayWhatIsNewOfThem) {
     scanned({insight("a"), insight("b"), insight("c")});
     m_watch.told();

@@ -24,6 +24,7 @@ TEST_F(ScreenModelsTest, EachIsFoundByItsName) {
         {"sidebar", m_models.sidebar()},   {"categories", m_models.categories()},
         {"insights", m_models.insights()}, {"topInsights", m_models.topInsights()},
         {"projects", m_models.projects()}, {"session", m_models.session()},
+        {"menuBar", m_models.menuBar()},
     };
     for (const auto& [name, model] : models) {
         ASSERT_NE(model, nullptr) << name;
