@@ -15,8 +15,8 @@ constexpr qint64 sameClick = 250; // ms, from the loss of activation to the clic
 
 Popover::Popover(QQuickWindow& window) : m_window(window) {
     connect(&window, &QWindow::visibleChanged, this, [this](bool isVisible) {
-        if (!isVisible)
-            m_sinceHidden.start();
+        if (!isVisible && !m_window.isActive())
+            m_sinceLeft.start();
     });
     connect(&window, &QWindow::heightChanged, this, &Popover::place);
 }
@@ -26,7 +26,7 @@ void Popover::toggle(const QRect& item) {
         m_window.hide();
         return;
     }
-    if (m_sinceHidden.isValid() && m_sinceHidden.elapsed() < sameClick)
+    if (m_sinceLeft.isValid() && m_sinceLeft.elapsed() < sameClick)
         return;
     m_item = item;
     place();
@@ -39,8 +39,12 @@ void Popover::place() {
     const QScreen* screen = QGuiApplication::screenAt(m_item.center());
     if (screen == nullptr)
         screen = QGuiApplication::primaryScreen();
-    if (screen != nullptr)
-        m_window.setPosition(panelPlace(m_item, m_window.size(), screen->availableGeometry()));
+    if (screen == nullptr)
+        return;
+    const int margin = m_window.property("margin").toInt();
+    const QSize panel = m_window.size() - QSize(2 * margin, 2 * margin);
+    m_window.setPosition(panelPlace(m_item, panel, screen->availableGeometry()) -
+                         QPoint(margin, margin));
 }
 
 } // namespace tidewright

@@ -8,7 +8,8 @@
 namespace tidewright {
 
 /// Main thread only. The window hides itself when it is no longer the active one; where it stands
-/// and when it comes is decided here.
+/// and when it comes is decided here. Its property `margin`, if there is one, is how far it reaches
+/// beyond what is seen, on each side.
 class Popover : public QObject {
     Q_OBJECT
 
@@ -25,7 +26,7 @@ private:
 
     QQuickWindow& m_window;
     QRect m_item;
-    QElapsedTimer m_sinceHidden; ///< invalid until it was hidden once
+    QElapsedTimer m_sinceLeft; ///< since it was hidden for want of activation; at first invalid
 };
 
 } // namespace tidewright

@@ -11,7 +11,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 import pyatspi  # noqa: E402
 
-PATIENCE = 120  # seconds, for a machine that has much else to do
+# In seconds; long, for a machine that has much else to do.
+PATIENCE = int(os.environ.get("PATIENCE", "120"))
 
 PROGRAMS = pathlib.Path(os.environ["PROGRAMS"])
 WORK = pathlib.Path(os.environ["WORK"])
@@ -122,11 +123,12 @@ class Program:
         return next((each for each in desktop if each is not None and each.childCount > 0
                      and each.get_process_id() == self.process.pid), None)
 
-    def _find(self, pattern, role):
+    def _find(self, pattern, role=None, description=None):
         program = self._accessible()
         return program and next((each for each in descendants(program)
                                  if re.fullmatch(pattern, each.name or "")
-                                 and (role is None or each.getRoleName() == role)
+                                 and role in (None, each.getRoleName())
+                                 and description in (None, each.description)
                                  and showing(each)), None)
 
     def shows(self, pattern, role=None):
@@ -135,8 +137,8 @@ class Program:
         except (gi.repository.GLib.GError, LookupError):
             return False
 
-    def wait_for(self, pattern, role=None):
-        found = within(PATIENCE, lambda: self._find(pattern, role))
+    def wait_for(self, pattern, role=None, description=None):
+        found = within(PATIENCE, lambda: self._find(pattern, role, description))
         if found is None:
             print("What there was:")
             program = self._accessible()
@@ -150,8 +152,8 @@ class Program:
     def goes(self, pattern, role=None):
         expect(f"{pattern!r} goes", lambda: not self.shows(pattern, role))
 
-    def act(self, pattern, names, role=None):
-        node = self.wait_for(pattern, role)
+    def act(self, pattern, names, role=None, description=None):
+        node = self.wait_for(pattern, role, description)
         within(PATIENCE, lambda: node.getState().contains(pyatspi.STATE_ENABLED))
         action = node.queryAction()
         known = [action.getName(index).lower() for index in range(action.nActions)]
@@ -161,8 +163,8 @@ class Program:
                 return node
         return fail(f"{pattern!r} can only {known}")
 
-    def press(self, pattern, role=None):
-        return self.act(pattern, ("press",), role)
+    def press(self, pattern, role=None, description=None):
+        return self.act(pattern, ("press",), role, description)
 
     def __enter__(self):
         return self

@@ -14,6 +14,6 @@ mkdir -m 0700 "$work/runtime"
 env -i PATH=/usr/bin:/bin:/usr/sbin:/sbin LC_ALL=C.UTF-8 \
     HOME="$work/home" TMPDIR="$work/home/.tmp" XDG_RUNTIME_DIR="$work/runtime" \
     QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
-    QT_FORCE_STDERR_LOGGING=1 PROGRAMS="$programs" WORK="$work" \
+    QT_FORCE_STDERR_LOGGING=1 PROGRAMS="$programs" WORK="$work" PATIENCE="${PATIENCE:-120}" \
     xvfb-run -a -s "-screen 0 1280x860x24 -nolisten tcp" \
     dbus-run-session -- "$here/desktop-session.sh" "$here/$2"

@@ -15,13 +15,13 @@ HERE = pathlib.Path(__file__).parent
 PILL = r"Tidewright, (Healthy|Low space|Almost full)(, \d+(\.\d)? GB free)?"
 PANEL = "Open Tidewright"  # stands in the panel alone
 MAIN_WINDOW = "Sidebar"
+NO_TRAY = "no system tray"
 
 
 def close_window(name):
     """As the window manager does when its button is pressed."""
     window = output_of("xdotool", "search", "--onlyvisible", "--name", f"^{name}$").splitlines()[-1]
-    output_of("xdotool", "windowactivate", "--sync", window)
-    output_of("xdotool", "key", "--window", window, "alt+F4")
+    output_of("xdotool", "windowactivate", "--sync", window, "key", "alt+F4")
 
 
 def active_window():
@@ -29,14 +29,15 @@ def active_window():
 
 
 def icon_of(program):
-    """The place of the item's middle in a tray of X."""
-    for window in output_of("xdotool", "search", "--pid", str(program.process.pid)).splitlines():
-        name = output_of("xdotool", "getwindowname", window)
-        place = dict(line.split("=") for line in output_of(
-            "xdotool", "getwindowgeometry", "--shell", window).splitlines() if "=" in line)
-        width, height = int(place.get("WIDTH", 0)), int(place.get("HEIGHT", 0))
-        if re.fullmatch(PILL, name) and 10 < width < 100 and 10 < height < 100:
-            return int(place["X"]) + width // 2, int(place["Y"]) + height // 2
+    """The middle of the item in a tray of X, once it is there."""
+    windows = output_of("xdotool", "search", "--pid", str(program.process.pid)).splitlines()
+    for window in windows:
+        # Qt adds the program's name to a title.
+        if re.fullmatch(f"{PILL} — Tidewright", output_of("xdotool", "getwindowname", window)):
+            place = dict(line.split("=") for line in output_of(
+                "xdotool", "getwindowgeometry", "--shell", window).splitlines())
+            return (int(place["X"]) + int(place["WIDTH"]) // 2,
+                    int(place["Y"]) + int(place["HEIGHT"]) // 2)
     return None
 
 
@@ -63,6 +64,7 @@ def uses_panel(program, press_item):
     program.wait_for(PANEL, "push button")
     with Helper("/usr/bin/xmessage", "-name", "elsewhere", "elsewhere"):
         program.goes(PANEL, "push button")  # another window has taken the activation
+    time.sleep(0.5)  # a click that took it would not open the panel again
 
     press_item()
     program.press(PANEL, "push button")
@@ -74,7 +76,8 @@ def uses_panel(program, press_item):
 def second_start(program):
     close_window("Tidewright")
     program.goes(MAIN_WINDOW)
-    with Helper("/usr/bin/xmessage", "-name", "in front", "in front"):
+    with Helper("/usr/bin/xmessage", "-title", "Other", "in front"):
+        expect("another program is in front", lambda: active_window() == "Other")
         started = subprocess.run([PROGRAMS / "tidewright-app"], check=False, timeout=60)
         if started.returncode != 0:
             fail(f"the second start ends with {started.returncode}")
@@ -89,43 +92,41 @@ def tray_of_x():
         program.wait_for(MAIN_WINDOW)
         with Helper("trayer", "--edge", "top", "--align", "right", "--height", "24",
                     "--widthtype", "request"):
-            place = expect("the item comes with the tray", lambda: icon_of(program))
-            program.wait_for(PILL)
-            uses_panel(program, lambda: click(place))
+            expect("the item comes with the tray", lambda: icon_of(program))
+            uses_panel(program, lambda: click(icon_of(program)))
             second_start(program)
             close_window("Tidewright")
             program.goes(MAIN_WINDOW)
-            press = place
-            click(press)
+            click(icon_of(program))
             program.press("Quit Tidewright", "push button")
             program.ends()
 
 
 def notifier_host():
     print("== A StatusNotifier host")
-    with Program() as program:
+    with Program(may_say=NO_TRAY) as program:  # when the host has gone
         program.wait_for(MAIN_WINDOW)
         with Helper(sys.executable, str(HERE / "notifier_host.py")) as host:
             def last():
                 told = [line for line in host.lines() if line.startswith("{")]
                 return json.loads(told[-1]) if told else None
 
-            expect("the item comes with the host", lambda: last() and re.fullmatch(PILL, last()["title"]))
-            expect("its tip says the same", lambda: last()["toolTip"] == last()["title"])
+            expect("the item comes with the host", last)
+            expect("it has the program's name", lambda: last()["title"] == "Tidewright")
+            expect("its tip says it all", lambda: re.fullmatch(PILL, last()["toolTip"]))
             expect("it has pictures", lambda: [22, 22] in last()["sizes"])
             uses_panel(program, lambda: host.tell("Activate"))
-            output_of(str(PROGRAMS / "tidewright"), "settings")
         close_window("Tidewright")
         program.ends()  # the host has gone
 
 
 def no_tray():
     print("== No tray")
-    with Program(may_say="no system tray") as program:
+    with Program(may_say=NO_TRAY) as program:
         program.wait_for(MAIN_WINDOW)
         close_window("Tidewright")
         program.ends()
-        if len(re.findall("no system tray", program.log.read_text(encoding="utf-8"))) != 1:
+        if len(re.findall(NO_TRAY, program.log.read_text(encoding="utf-8"))) != 1:
             fail("the log does not say once that there is no tray")
 
 

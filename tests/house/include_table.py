@@ -41,6 +41,7 @@ MAY_INCLUDE = {
     "app/tray": [
         "app/controls", "app/state",
         "app/platform/linux/Bus.h",  # a desktop tells over the bus where status items can be
+        "core/platform/SystemLog.h",
     ],
     "app/screens": [
         "app/controls", "app/state",

@@ -47,14 +47,21 @@ TEST_F(PopoverTest, StaysAtTheItemWhenItsHeightChanges) {
 
 TEST_F(PopoverTest, TheClickThatTookItsActivationDoesNotOpenItAgain) {
     constexpr qint64 surelySameClick = 200; // ms
+    QObject::connect(&m_window, &QWindow::activeChanged, &m_window, [this] {
+        if (!m_window.isActive())
+            m_window.hide();
+    });
+    QQuickWindow other;
+    other.show();
     for (int attempt = 0; attempt < 20; ++attempt) {
         m_popover.toggle(item);
-        ASSERT_TRUE(m_window.isVisible());
-        QElapsedTimer sinceHidden;
-        sinceHidden.start();
-        m_window.hide();
+        ASSERT_TRUE(QmlScene::wait([this] { return m_window.isActive(); }));
+        QElapsedTimer sinceLeft;
+        sinceLeft.start();
+        other.requestActivate();
+        ASSERT_TRUE(QmlScene::wait([this] { return !m_window.isVisible(); }));
         m_popover.toggle(item);
-        const bool wasQuick = sinceHidden.elapsed() < surelySameClick;
+        const bool wasQuick = sinceLeft.elapsed() < surelySameClick;
         const bool isVisible = m_window.isVisible();
         m_window.hide();
         QTest::qWait(400);
@@ -66,6 +73,14 @@ TEST_F(PopoverTest, TheClickThatTookItsActivationDoesNotOpenItAgain) {
         return;
     }
     FAIL() << "The machine was too busy.";
+}
+
+TEST_F(PopoverTest, APressRightAfterEscapeOpensIt) {
+    m_popover.toggle(item);
+    ASSERT_TRUE(QmlScene::wait([this] { return m_window.isActive(); }));
+    m_window.hide(); // as Escape does
+    m_popover.toggle(item);
+    EXPECT_TRUE(m_window.isVisible());
 }
 
 } // namespace

@@ -7,12 +7,12 @@ namespace tidewright {
 
 /// Main thread only, after the QApplication. Where the desktop has a place for a status item, the
 /// program goes on without a window; elsewhere it ends with its last one, and the log says so once.
-class Presence : public QObject {
+class Residency : public QObject {
     Q_OBJECT
 
 public:
     /// `host` must outlive this.
-    explicit Presence(TrayHost& host);
+    explicit Residency(TrayHost& host);
 
 private:
     void follow();

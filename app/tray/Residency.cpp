@@ -1,4 +1,4 @@
-#include "app/tray/Presence.h"
+#include "app/tray/Residency.h"
 
 #include "core/platform/SystemLog.h"
 
@@ -23,8 +23,8 @@ bool hasWindow() {
 
 } // namespace
 
-Presence::Presence(TrayHost& host) : m_host(host) {
-    connect(&host, &TrayHost::availableChanged, this, &Presence::follow);
+Residency::Residency(TrayHost& host) : m_host(host) {
+    connect(&host, &TrayHost::availableChanged, this, &Residency::follow);
     // A tray may have gone without a word.
     connect(qGuiApp, &QGuiApplication::lastWindowClosed, &host, &TrayHost::look);
     connect(qGuiApp, &QGuiApplication::lastWindowClosed, this, [this] {
@@ -38,13 +38,13 @@ Presence::Presence(TrayHost& host) : m_host(host) {
     QGuiApplication::setQuitOnLastWindowClosed(!host.isAvailable());
 }
 
-void Presence::follow() {
+void Residency::follow() {
     QGuiApplication::setQuitOnLastWindowClosed(!m_host.isAvailable());
     if (!m_host.isAvailable() && !hasWindow())
         QCoreApplication::quit();
 }
 
-void Presence::sayThatThereIsNoPlace() {
+void Residency::sayThatThereIsNoPlace() {
     if (std::exchange(m_hasSaid, true))
         return;
     Logger{"com.tidewright.app", "shell"}.log(

@@ -1,0 +1,110 @@
+"""A day with the program: opened at login, watched and notified, cleaned from its panel, looked up,
+and told what to leave alone."""
+
+import json
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+from desktop import Helper, PROGRAMS, Program, WORK, expect, fail, output_of
+
+HERE = pathlib.Path(__file__).parent
+HOME = pathlib.Path(os.environ["HOME"])
+AUTOSTART = HOME / ".config/autostart"
+MAIN_WINDOW = "Sidebar"
+
+
+def setting(key, *value):
+    command = [PROGRAMS / "tidewright", "settings", key, *value]
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout.strip()
+
+
+def login_command():
+    """What the desktop runs at login, by the entry that the program has made."""
+    entries = list(AUTOSTART.glob("*.desktop"))
+    found = entries and re.search(r"^Exec=(.*)$", entries[0].read_text(encoding="utf-8"), re.M)
+    return found and shlex.split(found[1].replace("%%", "%"))
+
+
+def turn_on_login():
+    print("== Evening before: open at login")
+    with Program() as program:
+        program.press("Settings…", "push button")
+        program.press("Open at login")
+        expect("an autostart entry is there", login_command)
+        program.process.terminate()
+
+
+def report():
+    return json.loads(output_of(str(PROGRAMS / "tidewright"), "scan", "--json"))
+
+
+def day(kept):
+    print("== Morning: the login starts it, and the disk is low")
+    setting("lowSpaceGB", "1000000")
+    setting("criticalSpaceGB", "1")
+    command = login_command()
+    if command[0] != str(PROGRAMS / "tidewright-app"):
+        fail(f"the login starts {command}")
+    with Helper(sys.executable, str(HERE / "notifier_host.py")) as panel, \
+            Helper(sys.executable, str(HERE / "desktop_services.py"), str(kept)) as services:
+        expect("the desktop is there", lambda: "ready" in panel.lines() + services.lines())
+        with Program() as program:
+            expect("the user is notified",
+                   lambda: "notified: Free space is getting low" in services.lines())
+            expect("the pill says so", lambda: any(
+                '"Tidewright, Low space, ' in line for line in panel.lines()))
+
+            print("== Noon: from the panel to the results")
+            program.wait_for(MAIN_WINDOW)
+            panel.tell("Activate")
+            program.press("Scan Now", "push button")
+            program.press(r"Review \d.*", "push button")
+            program.wait_for("Review cleanup")
+            program.press(r"Clean \d.*", "push button")
+            program.wait_for(r"Freed (?!so far).*", "heading")
+            program.press("Done", "push button")
+            program.press("History", "list item")
+            program.wait_for(r".* items cleaned.*")
+
+            print("== Afternoon: thresholds and what to leave alone")
+            program.press("Settings…", "push button")
+            program.press("Thresholds")
+            label = program.wait_for("Critical below 1 GB free", "spin button")
+            label.queryAction().doAction(0)
+            program.wait_for("Critical below 2 GB free", "spin button")
+            if setting("criticalSpaceGB") != "2":
+                fail("the command line does not see the new threshold")
+            program.press("Locations")
+            program.press("Add Folder…", "push button", "Never touch")
+            program.wait_for(re.escape(f"Remove {kept}"), "push button")
+
+            if [each for each in services.lines() if "notified" in each] != [
+                    "notified: Free space is getting low"]:
+                fail(f"the user was notified too often: {services.lines()}")
+            program.process.terminate()
+
+    print("== Next day: it is kept")
+    for item in report()["items"]:
+        if any(each.startswith(f"{kept}/") for each in item["urls"]) and item["decision"] != "keep":
+            fail(f"{item['title']} is not kept")
+    with Program() as program:
+        program.press("Settings…", "push button")
+        program.press("Locations")
+        program.wait_for(re.escape(f"Remove {kept}"), "push button")
+
+
+def main():
+    os.environ["NO_AT_BRIDGE"] = "1"  # for the desktop's other programs
+    turn_on_login()
+    found = [item for item in report()["items"] if item["decision"] == "ask" and item["urls"]]
+    if not found:
+        fail("the sample home has nothing that is asked about")
+    day(pathlib.Path(found[0]["urls"][0]).parent)
+
+
+if __name__ == "__main__":
+    main()
