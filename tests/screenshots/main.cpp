@@ -1,6 +1,7 @@
 // Makes pictures of every screen and state of the window, light and dark, from a sample home with a
 // disk of its own: tidewright-screenshots FOLDER. The scale is that of QT_SCALE_FACTOR; at 2 the
 // names end in "@2x".
+#include "app/controls/StatusPill.h"
 #include "app/screens/AppWindows.h"
 #include "core/insights/InsightEngine.h"
 #include "core/support/Require.h"
@@ -8,6 +9,7 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQuickItem>
 #include <fmt/format.h>
 
@@ -67,6 +69,8 @@ public:
         scan();
         overviews();
         categories();
+        panels();
+        pills();
         reviews();
     }
 
@@ -131,19 +135,28 @@ private:
     }
 
     /// In both modes, nothing moving.
-    void picture(const std::string& name) {
+    void picture(const std::string& name) { picture(name, m_windows.mainWindow()); }
+    void picture(const std::string& name, QQuickWindow& window) {
         for (const bool isDark : {false, true}) {
             m_windows.theme().setSystemLook({isDark, {}, true});
             settle();
-            const QImage image = m_windows.mainWindow().grabWindow();
-            const std::string file = fmt::format(
-                "{}/{}-{}{}.png", m_folder.toStdString(), name, isDark ? "dark" : "light",
-                m_windows.mainWindow().effectiveDevicePixelRatio() > 1 ? "@2x" : "");
-            require(image.convertToFormat(QImage::Format_RGB32)
-                        .save(QString::fromStdString(file), "PNG", 0),
-                    "A picture can't be written.");
-            std::puts(file.c_str());
+            save(name, isDark, onDesktop(window.grabWindow(), isDark));
         }
+    }
+    /// What of a window is clear shows what lies below it.
+    static QImage onDesktop(const QImage& window, bool isDark) {
+        QImage image(window.size(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(window.devicePixelRatio());
+        image.fill(isDark ? 0xff2c3038 : 0xffd5d9e2);
+        QPainter(&image).drawImage(0, 0, window);
+        return image;
+    }
+    void save(const std::string& name, bool isDark, const QImage& image) {
+        const std::string file =
+            fmt::format("{}/{}-{}{}.png", m_folder.toStdString(), name, isDark ? "dark" : "light",
+                        m_windows.mainWindow().effectiveDevicePixelRatio() > 1 ? "@2x" : "");
+        require(image.save(QString::fromStdString(file), "PNG", 0), "A picture can't be written.");
+        std::puts(file.c_str());
     }
 
     QObject* page() { return m_windows.mainWindow().property("page").value<QObject*>(); }
@@ -216,6 +229,53 @@ private:
     void setFocusedRow(int row) {
         items()->setFocusedRow(row);
         settle();
+    }
+
+    void panel(const std::string& name) {
+        QQuickWindow& panel = m_windows.panel();
+        panel.show();
+        panel.requestActivate();
+        runUntil([&] { return panel.isActive(); });
+        settle();
+        picture(name, panel);
+        panel.hide();
+        m_windows.mainWindow().requestActivate();
+        settle();
+    }
+    void panels() {
+        measureDisk(128); // just now
+        panel("panel");
+        measureDisk(6);
+        scan();
+        panel("panel-critical");
+        measureDisk(128);
+        scan();
+    }
+
+    /// What stands in bars and trays, on a bar of each mode.
+    void pills() {
+        const qreal scale = m_windows.mainWindow().effectiveDevicePixelRatio();
+        for (const bool isDark : {false, true}) {
+            QImage bar(QSize(500, 32) * scale, QImage::Format_RGB32);
+            bar.setDevicePixelRatio(scale);
+            bar.fill(isDark ? 0xff202228 : 0xffe8e9ed);
+            QPainter painter(&bar);
+            int x = 8;
+            for (const char* const health : {"good", "low", "critical"})
+                for (const char* const text : {"", "128 GB"}) {
+                    const auto add = [&](const QImage& image) {
+                        const QSizeF size = image.deviceIndependentSize();
+                        painter.drawImage(QPointF(x, (32 - size.height()) / 2), image);
+                        x += static_cast<int>(size.width()) + 8;
+                    };
+                    const auto healthName = QString::fromLatin1(health);
+                    const auto words = QString::fromLatin1(text);
+                    add(StatusPill::image(healthName, words, scale));
+                    add(StatusPill::squareImage(healthName, words, 22, scale));
+                }
+            painter.end();
+            save("pill", isDark, bar);
+        }
     }
 
     void reviews() {
