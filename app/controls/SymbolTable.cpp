@@ -54,6 +54,7 @@ constexpr Symbol symbols[] = {
     {"power", "power"},
     {"questionmark.circle", "circle-question-mark"},
     {"questionmark.circle.fill", "circle-question-mark", 0},
+    {"rectangle.3.group", "layout-dashboard"},
     {"shippingbox", "package"},
     {"sidebar.trailing", "panel-right"},
     {"slider.horizontal.3", "sliders-horizontal"},

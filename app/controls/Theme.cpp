@@ -137,6 +137,31 @@ QVariantMap Theme::liquidBottom() const {
     return byHealth([](const QString& health) { return liquidColors(health).bottom; });
 }
 
+QVariantMap Theme::decisionColors() const {
+    return {{QStringLiteral("clean"), m_colors.green},
+            {QStringLiteral("ask"), m_colors.orange},
+            {QStringLiteral("keep"), m_colors.text2},
+            {QStringLiteral("info"), m_colors.blue},
+            {QString(), m_colors.accent}};
+}
+
+QVariantMap Theme::decisionGrounds() const {
+    QVariantMap grounds = decisionColors();
+    for (QVariant& each : grounds)
+        each = m_colors.badgeGround(each.value<QColor>());
+    return grounds;
+}
+
+QVariantMap Theme::tickedGrounds() const {
+    // The accent, which may be the system's, would leave too little contrast.
+    QVariantMap grounds = decisionColors();
+    for (auto each = grounds.begin(); each != grounds.end(); ++each) {
+        const auto color = each->value<QColor>();
+        *each = each.key().isEmpty() ? m_colors.badgeGround(color) : m_colors.tickedGround(color);
+    }
+    return grounds;
+}
+
 QColor Theme::freed() const {
     QColor color(0x2D, 0xBE, 0x68);
     color.setAlphaF(0.85F);

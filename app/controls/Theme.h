@@ -62,6 +62,11 @@ class Theme : public QObject {
     Q_PROPERTY(QVariantMap severityColors READ severityColors NOTIFY colorsChanged)
     Q_PROPERTY(QVariantMap liquidTop READ liquidTop CONSTANT)
     Q_PROPERTY(QVariantMap liquidBottom READ liquidBottom CONSTANT)
+    /// By the names of decisions, and by "" for what was not decided: the colour of what is said of
+    /// it, the ground of its place in a treemap, and that of one that is ticked.
+    Q_PROPERTY(QVariantMap decisionColors READ decisionColors NOTIFY colorsChanged)
+    Q_PROPERTY(QVariantMap decisionGrounds READ decisionGrounds NOTIFY colorsChanged)
+    Q_PROPERTY(QVariantMap tickedGrounds READ tickedGrounds NOTIFY colorsChanged)
     Q_PROPERTY(QColor freed READ freed CONSTANT) ///< the part of a bar that a cleanup would free
 
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY reduceMotionChanged)
@@ -173,6 +178,9 @@ class Theme : public QObject {
     Q_PROPERTY(int tipWidth MEMBER tipWidth CONSTANT)
     Q_PROPERTY(int tipPadding MEMBER tipPadding CONSTANT)
     Q_PROPERTY(int tipDistance MEMBER tipDistance CONSTANT)
+    Q_PROPERTY(int mapHeight MEMBER mapHeight CONSTANT)
+    Q_PROPERTY(int mapPageWidth MEMBER mapPageWidth CONSTANT)
+    Q_PROPERTY(int mapPageHeight MEMBER mapPageHeight CONSTANT)
     Q_PROPERTY(int sheetWidth MEMBER sheetWidth CONSTANT)
     Q_PROPERTY(int sheetHeight MEMBER sheetHeight CONSTANT)
     Q_PROPERTY(int panelWidth MEMBER panelWidth CONSTANT)
@@ -261,6 +269,9 @@ public:
     static constexpr int tipWidth = 280;  ///< at most
     static constexpr int tipPadding = 10; ///< left and right; half of it above and below
     static constexpr int tipDistance = 6;
+    static constexpr int mapHeight = 180;     ///< of a treemap above a list
+    static constexpr int mapPageWidth = 800;  ///< of a page that shows one without being asked
+    static constexpr int mapPageHeight = 760; ///< of one with room for it above the list
     static constexpr int sheetWidth = 620;
     static constexpr int sheetHeight = 600;
     static constexpr int panelWidth = 320; ///< of the one at the status item
@@ -310,6 +321,9 @@ public:
     QVariantMap severityColors() const;
     QVariantMap liquidTop() const;
     QVariantMap liquidBottom() const;
+    QVariantMap decisionColors() const;
+    QVariantMap decisionGrounds() const;
+    QVariantMap tickedGrounds() const;
     QColor freed() const;
 
     /// As ThemeColors says. A binding follows a change of the mode if it takes the argument from

@@ -185,6 +185,10 @@ QColor ThemeColors::badgeGround(const QColor& color) const {
     return over(withAlpha(color, 0.13), window);
 }
 
+QColor ThemeColors::tickedGround(const QColor& color) const {
+    return over(withAlpha(color, 0.18), window);
+}
+
 LiquidColors liquidColors(const QString& health) {
     if (health == QLatin1String("low"))
         return {QColor::fromRgbF(1, 0.68F, 0.16F), QColor::fromRgbF(1, 0.45F, 0.26F)};

@@ -48,6 +48,8 @@ struct ThemeColors {
     /// Behind a badge's text of that colour. Opaque: on a selected row the text would be too faint
     /// otherwise.
     QColor badgeGround(const QColor& color) const;
+    /// The same, stronger, of a place in a treemap that is ticked.
+    QColor tickedGround(const QColor& color) const;
 };
 
 /// Of the liquid that stands for a disk's content: it fades from top to bottom.

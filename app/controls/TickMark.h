@@ -19,6 +19,9 @@ public:
 
     void paint(QPainter* painter) override;
 
+    /// The same in a square of another picture.
+    static void paint(QPainter& painter, const QRectF& square, const QColor& color);
+
 Q_SIGNALS:
     void colorChanged();
 

@@ -22,4 +22,11 @@ ItemListModel* ScreenModels::items(const QString& category) const {
     return nullptr;
 }
 
+void ScreenModels::showMap(bool shown) {
+    if (m_wantsMap == shown)
+        return;
+    m_wantsMap = shown;
+    Q_EMIT mapShownChanged();
+}
+
 } // namespace tidewright

@@ -32,6 +32,10 @@ class ScreenModels : public QObject {
     Q_PROPERTY(tidewright::LargeFileListModel* largeFiles READ largeFiles CONSTANT)
     Q_PROPERTY(tidewright::HistoryListModel* history READ history CONSTANT)
     Q_PROPERTY(tidewright::MenuBarModel* menuBar READ menuBar CONSTANT)
+    /// Whether lists show where their bytes are: in a window with room for it, unless the user did
+    /// not want it; in a smaller one, if the user asked for it.
+    Q_PROPERTY(bool mapShownInRoom READ mapShownInRoom NOTIFY mapShownChanged)
+    Q_PROPERTY(bool mapShownInTightness READ mapShownInTightness NOTIFY mapShownChanged)
 
 public:
     /// `model` must outlive this.
@@ -58,6 +62,14 @@ public:
     /// this raw value.
     Q_INVOKABLE tidewright::ItemListModel* items(const QString& category) const;
 
+    bool mapShownInRoom() const { return m_wantsMap.value_or(true); }
+    bool mapShownInTightness() const { return m_wantsMap.value_or(false); }
+    /// The user's choice, for all lists and as long as the program runs.
+    Q_INVOKABLE void showMap(bool shown);
+
+Q_SIGNALS:
+    void mapShownChanged();
+
 private:
     AppModel& m_app;
     std::function<Date()> m_now;
@@ -73,6 +85,7 @@ private:
     LargeFileListModel m_largeFiles{m_app, m_now, this};
     HistoryListModel m_history{m_app, this};
     MenuBarModel m_menuBar{m_app, m_now, this};
+    std::optional<bool> m_wantsMap;
 };
 
 } // namespace tidewright

@@ -17,8 +17,8 @@ ScreenPage {
     tools: Component {
         RowLayout {
             spacing: view.toolSpacing
-            Layout.minimumWidth: picker.implicitWidth + view.searchMinimum + toggle.implicitWidth
-                                 + 2 * spacing
+            Layout.minimumWidth: picker.implicitWidth + view.searchMinimum + mapToggle.implicitWidth
+                                 + toggle.implicitWidth + 3 * spacing
 
             SegmentedPicker {
                 id: picker
@@ -46,6 +46,17 @@ ScreenPage {
                 }
             }
             IconButton {
+                id: mapToggle
+
+                text: qsTr("Map")
+                symbolName: "rectangle.3.group"
+                help: qsTr("Show where the bytes are")
+                enabled: view.hasItems
+                checkable: true
+                checked: view.mapShown
+                onToggled: view.models.showMap(!view.mapShown)
+            }
+            IconButton {
                 id: toggle
 
                 text: qsTr("Inspector")
@@ -60,8 +71,9 @@ ScreenPage {
     }
 
     readonly property int toolSpacing: 8
-    readonly property int searchMinimum: 100
+    readonly property int searchMinimum: 60
     readonly property int searchMaximum: 180
+    readonly property int padding: 24
     readonly property int inspectorMinimum: 240
     readonly property int inspectorMaximum: 420
     readonly property int roomyWidth: 800
@@ -75,6 +87,14 @@ ScreenPage {
     readonly property real inspectorWidth: {
         const room = beside ? width - tableColumns.minimumWidth : width
         return Math.min(wantedInspectorWidth, room)
+    }
+
+    // The map stands above the table where the page is high enough for both.
+    readonly property bool hasRoomForMap: height >= Theme.mapPageHeight
+    readonly property bool mapShown: {
+        const shown = hasRoomForMap && width >= Theme.mapPageWidth ? models.mapShownInRoom
+                                                                   : models.mapShownInTightness
+        return hasItems && shown
     }
 
     property bool shownInRoom: true
@@ -159,19 +179,43 @@ ScreenPage {
                     width: parent.width
                     height: parent.height - y
                     focus: true
-                    sourceComponent: view.hasItems ? table : nothing
+                    sourceComponent: view.hasItems ? rows : nothing
                 }
             }
         }
     }
     Component {
-        id: table
+        id: rows
+
+        TableWithMap {
+            focus: true
+            table: itemTable
+            map: itemMap
+            mapShown: view.mapShown
+            hasRoom: view.hasRoomForMap
+            margin: view.padding
+        }
+    }
+    Component {
+        id: itemTable
 
         ItemTable {
             items: view.items
             columns: tableColumns
             focus: true
             onDetailsAsked: view.toggleInspector()
+        }
+    }
+    Component {
+        id: itemMap
+
+        ItemMap {
+            items: view.items
+            focus: true
+            onDetailsAsked: shown => {
+                if (!shown || !view.inspectorShown)
+                    view.toggleInspector()
+            }
         }
     }
     Component {

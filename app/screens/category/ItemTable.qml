@@ -1,7 +1,6 @@
 // The items of a category: a row each, under the headings of their groups as long as they stand in
 // the order of the report.
 import QtQuick
-import QtQml
 import Tidewright.Controls
 import Tidewright.State
 
@@ -240,23 +239,10 @@ FocusScope {
         }
     }
 
-    ContextMenu {
+    ItemMenu {
         id: menu
 
+        items: table.items
         onAboutToHide: list.forceActiveFocus(Qt.PopupFocusReason)
-
-        MenuEntry {
-            text: qsTr("Reveal in Finder")
-            onTriggered: table.items.reveal(table.items.focusedRow)
-        }
-        Instantiator {
-            active: table.items.focused.selectable
-            delegate: MenuEntry {
-                text: table.items.focused.selected ? qsTr("Deselect") : qsTr("Select for Cleaning")
-                onTriggered: table.tickFocused()
-            }
-            onObjectAdded: (index, object) => menu.insertItem(1, object)
-            onObjectRemoved: (index, object) => menu.removeItem(object)
-        }
     }
 }

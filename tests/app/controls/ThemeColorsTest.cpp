@@ -111,6 +111,13 @@ const std::vector<std::pair<const char*, Token>> badgeColors{
     {"text2", &ThemeColors::text2},   {"text3", &ThemeColors::text3},
 };
 
+/// What treemaps have places for: what was decided, and "accent" for what was not.
+const std::vector<std::pair<const char*, Token>> decisions{
+    {"green", &ThemeColors::green},   {"orange", &ThemeColors::orange},
+    {"text2", &ThemeColors::text2},   {"blue", &ThemeColors::blue},
+    {"accent", &ThemeColors::accent},
+};
+
 /// What stands on what, by name, from the window upwards: "window sel" is a selected row.
 Grounds groundsOf(const ThemeColors& colors) {
     const Rgb window = over(colors.window, {});
@@ -141,6 +148,15 @@ Grounds groundsOf(const ThemeColors& colors) {
         {"accentHover", over(colors.accentHover, {})},
         {"accentPressed", over(colors.accentPressed, {})},
     };
+    for (const auto& [name, token] : decisions) {
+        const Rgb place = over(colors.badgeGround(colors.*token), window);
+        const Rgb ticked = over(colors.tickedGround(colors.*token), window);
+        grounds[std::string("map ") + name] = place;
+        grounds[std::string("map ") + name + " hovered"] = over(colors.hoverLight, place);
+        grounds[std::string("map ") + name + " ticked"] = ticked;
+        grounds[std::string("map ") + name + " ticked, hovered"] = over(colors.hoverLight, ticked);
+    }
+    grounds["map rest hovered"] = over(colors.hoverLight, over(colors.hover, window));
     for (const auto& [name, token] : tints) {
         const Rgb top = over(colors.cardTop(colors.*token), window);
         const Rgb bottom = over(colors.cardBottom(colors.*token), window);
@@ -204,6 +220,12 @@ std::vector<Use> uses() {
         {"accentHover", {"onAccent"}, {}},
         {"accentPressed", {"onAccent"}, {}},
     };
+    for (const auto& [name, token] : decisions)
+        for (const char* const state : {"", " hovered", " ticked", " ticked, hovered"})
+            if (token != &ThemeColors::accent ||
+                std::string(state).find("ticked") == std::string::npos)
+                uses.push_back({std::string("map ") + name + state, primary, {name}});
+    uses.push_back({"map rest hovered", primary, {}});
     for (const auto& [name, token] : tints) {
         const std::string tinted = std::string("card tinted ") + name;
         const std::vector<std::string> texts{"text", "text2", "text3", "accent", name};
@@ -328,6 +350,8 @@ TEST(ThemeColorsTest, TintedCardAndBadgeHaveTheirShareOfTheColor) {
     EXPECT_EQ(shown(light.cardBottom(light.orange)), "#f8f5f3");
     EXPECT_EQ(shown(light.badgeGround(light.orange)), "#e8dfd9");
     EXPECT_EQ(light.badgeGround(light.orange).alpha(), 255);
+    EXPECT_EQ(shown(light.tickedGround(light.green)), "#ccddd5");
+    EXPECT_EQ(light.tickedGround(light.green).alpha(), 255);
     EXPECT_GT(light.accentHover.lightness(), light.accent.lightness());
     EXPECT_LT(light.accentPressed.lightness(), light.accent.lightness());
 }

@@ -71,5 +71,20 @@ TEST_F(ScreenModelsTest, ItemsAreANewListForWhoAsks) {
         EXPECT_EQ(m_models.items(QString::fromUtf8(unknown)), nullptr) << unknown;
 }
 
+TEST_F(ScreenModelsTest, MapIsShownWhereThereIsRoomUntilTheUserChooses) {
+    int told = 0;
+    QObject::connect(&m_models, &ScreenModels::mapShownChanged, &m_models, [&] { ++told; });
+    EXPECT_TRUE(m_models.mapShownInRoom());
+    EXPECT_FALSE(m_models.mapShownInTightness());
+    for (const bool isShown : {true, false, true}) {
+        QMetaObject::invokeMethod(&m_models, "showMap", Q_ARG(bool, isShown)); // as QML does
+        EXPECT_EQ(m_models.mapShownInRoom(), isShown);
+        EXPECT_EQ(m_models.mapShownInTightness(), isShown);
+    }
+    EXPECT_EQ(told, 3);
+    m_models.showMap(true);
+    EXPECT_EQ(told, 3);
+}
+
 } // namespace
 } // namespace tidewright
