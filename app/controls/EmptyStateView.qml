@@ -30,6 +30,8 @@ Item {
         }
         Words {
             width: parent.width
+            visible: text !== ""
+            decorative: !visible
             text: view.title
             font: Theme.semibold(Theme.title3)
             horizontalAlignment: Text.AlignHCenter

@@ -1,4 +1,5 @@
-// A button that shows a symbol alone; its text is what a reader hears and, without help, its tip.
+// A button that shows a symbol alone; its text is what a reader hears and, without help, its tip. A
+// flat one has a ground only under the pointer.
 import QtQuick
 import QtQuick.Templates as T
 import Tidewright.Controls
@@ -43,12 +44,13 @@ T.Button {
         Symbol {
             anchors.centerIn: parent
             name: button.symbolName
-            color: button.checked ? Theme.accent : Theme.text
+            color: button.checked ? Theme.accent : button.flat && !button.hovered ? Theme.text2 : Theme.text
         }
     }
     background: Item {
         ButtonGround {
             anchors.fill: parent
+            visible: !button.flat || button.hovered || button.down
             hovered: button.hovered
             pressed: button.down
         }

@@ -24,6 +24,7 @@ void registerStateTypes() {
     registerType<AppModel>("AppModel");
     registerType<AppUsageListModel>("AppUsageListModel");
     registerType<CategoryListModel>("CategoryListModel");
+    registerType<FoundListModel>("FoundListModel");
     registerType<HistoryListModel>("HistoryListModel");
     registerType<InsightListModel>("InsightListModel");
     registerType<ItemListModel>("ItemListModel");
@@ -35,6 +36,7 @@ void registerStateTypes() {
     registerType<SessionListModel>("SessionListModel");
     registerType<Shell>("Shell");
     registerType<SidebarModel>("SidebarModel");
+    registerType<TableModel>("TableModel");
 }
 
 AppWindows::AppWindows(ScreenModels& models) {

@@ -5,9 +5,7 @@
 namespace tidewright {
 
 AppUsageListModel::AppUsageListModel(AppModel& model, std::function<Date()> now, QObject* parent)
-    : RecordModel(QMetaEnum::fromType<Role>(), {tr("Name"), tr("Last opened"), tr("Size")}, parent),
-      m_model(&model),
-      m_now(std::move(now)) {
+    : FoundListModel(model, {tr("Name"), tr("Last opened"), tr("Size")}, std::move(now), parent) {
     connect(&model, &AppModel::reportChanged, this, &AppUsageListModel::takeReport);
     connect(&model.settings(), &SettingsStore::unusedAppDaysChanged, this,
             &AppUsageListModel::takeReport);
@@ -18,69 +16,36 @@ void AppUsageListModel::setShowAll(bool showAll) {
     if (m_showAll == showAll)
         return;
     m_showAll = showAll;
-    showApps(records());
+    showApps();
     Q_EMIT showAllChanged();
 }
 
-void AppUsageListModel::reveal(int row) {
-    if (m_model && hasRow(row))
-        m_model->reveal({record(row).url});
-}
-
-QVariant AppUsageListModel::value(std::size_t position, int role) const {
-    const AppUsage& app = (*records())[position];
-    switch (static_cast<Role>(role)) {
-    case Role::path:
-        return shownText(app.url.path());
-    case Role::name:
-        return shownText(app.name);
-    case Role::lastUsed:
-        return shownDate(app.lastUsed);
-    case Role::addedOn:
-        return shownDate(app.addedOn);
-    case Role::lastUsedText:
-        return lastUsedText(app);
-    case Role::sizeBytes:
-        return QVariant::fromValue<qint64>(app.sizeBytes);
-    case Role::sizeText:
-        return tidewright::sizeText(app.sizeBytes);
-    }
-    return {};
-}
-
-QString AppUsageListModel::lastUsedText(const AppUsage& app) const {
-    if (app.lastUsed)
-        return shownText(relativeDateText(*app.lastUsed, m_now()));
+QString AppUsageListModel::dateText(const Found& app) const {
+    if (app.date)
+        return FoundListModel::dateText(app);
     if (app.addedOn)
-        return tr("Never (added %1)").arg(shownText(relativeDateText(*app.addedOn, m_now())));
+        return tr("Never (added %1)").arg(shownText(relativeDateText(*app.addedOn, now())));
     return tr("Never");
 }
 
 void AppUsageListModel::takeReport() {
-    m_isScanned = m_model->report() != nullptr;
-    m_unusedAppDays = m_model->settings().unusedAppDays();
-    showApps(recordsOf(m_model->report(), &ScanReport::apps));
+    m_report = model()->report();
+    m_unusedAppDays = model()->settings().unusedAppDays();
+    showApps();
 }
 
-void AppUsageListModel::showApps(const Records& apps) {
-    Rows rows = allOf(apps);
-    if (!m_showAll)
-        std::erase_if(rows, [&, now = m_now()](std::size_t position) {
-            return (*apps)[position].idleDays(now).value_or(0) < m_unusedAppDays;
-        });
-    ByteCount shown;
-    for (const std::size_t position : rows)
-        shown.bytes += (*apps)[position].sizeBytes;
-    show(apps, std::move(rows));
-    if (m_shown != shown) {
-        m_shown = shown;
-        Q_EMIT shownChanged();
-    }
+void AppUsageListModel::showApps() {
+    std::vector<Found> found;
+    if (m_report)
+        for (const AppUsage& app : m_report->apps)
+            if (m_showAll || app.idleDays(now()).value_or(0) >= m_unusedAppDays)
+                found.push_back({app.url, app.name, app.lastUsed, app.addedOn, app.sizeBytes});
+    showFound(std::move(found));
     setEmpty(emptyText());
 }
 
 EmptyText AppUsageListModel::emptyText() const {
-    if (!m_isScanned)
+    if (!m_report)
         return {tr("Not scanned yet"), QStringLiteral("app.dashed"),
                 tr("Scan your Mac to see apps you haven't used lately.")};
     if (!rows().empty())

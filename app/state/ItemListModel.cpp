@@ -1,33 +1,15 @@
 #include "app/state/ItemListModel.h"
 
+#include "app/state/Folding.h"
 #include "app/state/ItemTexts.h"
 #include "core/support/Collation.h"
 #include "core/support/Text.h"
-
-#include <QLocale>
 
 #include <algorithm>
 
 namespace tidewright {
 
 namespace {
-
-/// Brings texts into a form in which they are equal if they differ in case or composition alone, by
-/// the user's language: in some of them "I" is no other case of "i".
-class Folding {
-public:
-    std::string operator()(std::string_view text) const {
-        if (m_isPlainForASCII && std::ranges::all_of(text, isASCII))
-            return lowercasedASCII(text);
-        return caseFolded(m_locale.toLower(shownText(text)).toStdString());
-    }
-
-private:
-    static bool isASCII(char character) { return static_cast<unsigned char>(character) < 0x80; }
-
-    QLocale m_locale;
-    bool m_isPlainForASCII = m_locale.toLower(QStringLiteral("I")) == QLatin1String("i");
-};
 
 /// What is searched of an item; the byte between the texts occurs in none.
 std::string searchedText(const ScanItem& item, const Folding& fold) {
@@ -84,34 +66,9 @@ void ItemListModel::setSearch(const QString& search) {
     Q_EMIT searchChanged();
 }
 
-void ItemListModel::sort(int column, Qt::SortOrder order) {
-    const bool isSorted = column > static_cast<int>(Column::selected) && column < columnCount();
-    const int sortColumn = isSorted ? column : -1;
-    const Qt::SortOrder sortOrder = isSorted ? order : Qt::AscendingOrder;
-    if (m_sortColumn == sortColumn && m_sortOrder == sortOrder)
-        return;
-    m_sortColumn = sortColumn;
-    m_sortOrder = sortOrder;
+ItemListModel::Rows ItemListModel::sortedRows() {
     m_known.order = ordered(*records(), m_known);
-    reorder(filtered(*records(), m_known));
-    updateFocus();
-    Q_EMIT sortChanged();
-}
-
-void ItemListModel::cycleSort(int column) {
-    if (column != m_sortColumn)
-        sort(column, Qt::AscendingOrder);
-    else if (m_sortOrder == Qt::AscendingOrder)
-        sort(column, Qt::DescendingOrder);
-    else
-        sort(-1);
-}
-
-void ItemListModel::setFocusedRow(int row) {
-    m_focused.reset();
-    if (hasRow(row))
-        m_focused = rows()[static_cast<std::size_t>(row)];
-    updateFocus();
+    return filtered(*records(), m_known);
 }
 
 void ItemListModel::setSelected(int row, bool on) {
@@ -123,19 +80,9 @@ void ItemListModel::setSelected(int row, bool on) {
     m_toggled.reset();
 }
 
-int ItemListModel::rowStartingWith(const QString& text, int after) {
-    const std::string beginning = Folding()(text.toStdString());
-    if (beginning.empty())
-        return -1;
+bool ItemListModel::startsWith(std::size_t position, const std::string& beginning) {
     prepareSearch(*records(), m_known);
-    const int start = std::max(after, -1) + 1;
-    for (int i = 0; i < count(); ++i) {
-        const int row = (start + i) % count();
-        // The title comes first in what is searched.
-        if (m_known.searched[rows()[static_cast<std::size_t>(row)]].starts_with(beginning))
-            return row;
-    }
-    return -1;
+    return m_known.searched[position].starts_with(beginning); // with the title, which comes first
 }
 
 void ItemListModel::reveal(int row) {
@@ -207,14 +154,11 @@ void ItemListModel::takeReport() {
     Known known;
     known.order = ordered(*items, known);
     Rows rows = filtered(*items, known);
-    const std::string focused = m_focused ? (*records())[*m_focused].id : std::string();
+    const auto focusedThen = positionIn(items, focusedPosition());
     show(items, std::move(rows), [&] {
         m_known = std::move(known);
         m_known.isSelected = selectionOf(*items);
-        const auto found = std::ranges::find_if(
-            m_known.order, [&](std::size_t each) { return (*items)[each].id == focused; });
-        if (m_focused)
-            m_focused = found == m_known.order.end() ? std::nullopt : std::optional(*found);
+        moveFocused(focusedThen);
     });
     setFigures(figuresOfCategory());
     rowsChanged();
@@ -256,18 +200,14 @@ void ItemListModel::rowsChanged() {
 }
 
 void ItemListModel::updateFocus() {
-    const auto found = m_focused ? std::ranges::find(rows(), *m_focused) : rows().end();
-    const int row = found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
-    if (std::exchange(m_focusedRow, row) != row)
-        Q_EMIT focusedRowChanged();
+    TableModel::updateFocus();
     updateDetails();
 }
 
 void ItemListModel::updateDetails() {
     ItemDetails details;
-    if (m_focusedRow >= 0)
-        details =
-            ItemDetails::of((*records())[*m_focused], m_known.isSelected[*m_focused], m_now());
+    if (const auto position = focusedPosition(); position && focusedRow() >= 0)
+        details = ItemDetails::of((*records())[*position], m_known.isSelected[*position], m_now());
     if (m_details == details)
         return;
     m_details = std::move(details);
@@ -298,7 +238,7 @@ ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items, K
     for (std::size_t position = 0; position < items.size(); ++position)
         if (items[position].category == m_category)
             positions.push_back(position);
-    if (m_sortColumn == static_cast<int>(Column::item) && known.titleKeys.empty()) {
+    if (sortColumn() == static_cast<int>(Column::item) && known.titleKeys.empty()) {
         known.titleKeys.resize(items.size());
         for (const std::size_t position : positions)
             known.titleKeys[position] = sortKey(items[position].title);
@@ -306,7 +246,7 @@ ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items, K
     const auto isBelow = [&](std::size_t left, std::size_t right) {
         const ScanItem& a = items[left];
         const ScanItem& b = items[right];
-        switch (static_cast<Column>(m_sortColumn)) {
+        switch (static_cast<Column>(sortColumn())) {
         case Column::item:
             return known.titleKeys[left] < known.titleKeys[right];
         case Column::size:
@@ -318,11 +258,7 @@ ItemListModel::Rows ItemListModel::ordered(const std::vector<ScanItem>& items, K
         }
         return false;
     };
-    if (m_sortColumn >= 0 && m_sortOrder == Qt::AscendingOrder)
-        std::ranges::stable_sort(positions, isBelow);
-    else if (m_sortColumn >= 0)
-        std::ranges::stable_sort(
-            positions, [&](std::size_t left, std::size_t right) { return isBelow(right, left); });
+    arrange(positions, isBelow);
     return positions;
 }
 

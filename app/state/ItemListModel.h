@@ -4,21 +4,18 @@
 
 #include "app/state/AppModel.h"
 #include "app/state/ItemDetails.h"
-#include "app/state/RowModel.h"
+#include "app/state/TableModel.h"
 
 namespace tidewright {
 
 /// Main thread only. When the AppModel is gone it goes on showing what it showed.
-class ItemListModel : public RecordModel<ScanItem> {
+class ItemListModel : public RecordModel<ScanItem, TableModel> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString symbolName READ symbolName CONSTANT)
     Q_PROPERTY(QString description READ description CONSTANT)
     Q_PROPERTY(Filter filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
-    Q_PROPERTY(int sortColumn READ sortColumn NOTIFY sortChanged)
-    Q_PROPERTY(Qt::SortOrder sortOrder READ sortOrder NOTIFY sortChanged)
-    Q_PROPERTY(int focusedRow READ focusedRow WRITE setFocusedRow NOTIFY focusedRowChanged)
     Q_PROPERTY(tidewright::ItemDetails focused READ focused NOTIFY focusedChanged)
     Q_PROPERTY(int total READ total NOTIFY figuresChanged)
     Q_PROPERTY(tidewright::ByteCount selected READ selected NOTIFY figuresChanged)
@@ -76,24 +73,8 @@ public:
     const QString& search() const { return m_search; }
     void setSearch(const QString& search);
 
-    /// -1: the order of the report.
-    int sortColumn() const { return m_sortColumn; }
-    Qt::SortOrder sortOrder() const { return m_sortOrder; }
-    /// By item, size or status, equals in the order of the report; by any other column in that
-    /// order altogether.
-    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
-    /// What a click on a column's title does: ascending, descending, the order of the report.
-    Q_INVOKABLE void cycleSort(int column);
-
-    /// The row that details are shown of; it follows its item. -1: none, or one that is not shown.
-    int focusedRow() const { return m_focusedRow; }
-    void setFocusedRow(int row);
     /// Of the focused row; its dates are told as they were when it last changed.
     const ItemDetails& focused() const { return m_details; }
-
-    /// The next row after `after`, from the top again after the last, whose title begins with the
-    /// text without regard to case by the user's language; -1 where there is none, or no text.
-    Q_INVOKABLE int rowStartingWith(const QString& text, int after);
 
     int total() const { return m_figures.total; } ///< items of the category
     /// Of the category's items whose id is selected.
@@ -110,14 +91,15 @@ public:
 Q_SIGNALS:
     void filterChanged();
     void searchChanged();
-    void sortChanged();
-    void focusedRowChanged();
     void focusedChanged();
     void figuresChanged();
 
 protected:
     QVariant value(std::size_t position, int role) const override;
     std::string_view key(const ScanItem& item) const override { return item.id; }
+    Rows sortedRows() override;
+    bool startsWith(std::size_t position, const std::string& beginning) override;
+    void updateFocus() override;
 
 private:
     struct Figures {
@@ -140,7 +122,6 @@ private:
     void takeSelection();
     void refilter();
     void rowsChanged();
-    void updateFocus();
     void updateDetails();
     void setFigures(const Figures& figures);
     EmptyText emptyText() const;
@@ -157,13 +138,9 @@ private:
     Filter m_filter = Filter::all;
     QString m_search;
     std::string m_needle; ///< the search, folded
-    int m_sortColumn = -1;
-    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_isScanned = false;
     Known m_known;
     Figures m_figures;
-    std::optional<std::size_t> m_focused; ///< a position
-    int m_focusedRow = -1;
     ItemDetails m_details;
     /// The one item whose selection this is about to change.
     std::optional<std::size_t> m_toggled;

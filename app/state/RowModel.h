@@ -12,6 +12,7 @@
 #include <QMetaEnum>
 #include <QStringList>
 
+#include <algorithm>
 #include <functional>
 #include <numeric>
 
@@ -129,27 +130,29 @@ private:
     EmptyText m_empty;
 };
 
-/// A model of records of one kind.
-template <class Record>
-class RecordModel : public RowModel {
+/// A model of records of one kind, with what `Base` can do.
+template <class Record, class Base = RowModel>
+class RecordModel : public Base {
 protected:
     using Records = std::shared_ptr<const std::vector<Record>>;
+    using Rows = RowModel::Rows;
+    using Keys = RowModel::Keys;
 
-    using RowModel::RowModel;
+    using Base::Base;
 
     /// What tells a record from all others.
     virtual std::string_view key(const Record& record) const = 0;
 
     const Records& records() const { return m_records; }
     const Record& record(int row) const {
-        return (*m_records)[rows()[static_cast<std::size_t>(row)]];
+        return (*m_records)[this->rows()[static_cast<std::size_t>(row)]];
     }
 
     /// Shows these rows of these records. `alsoApply` is called at the moment when they take the
     /// place of the earlier ones.
     void show(const Records& records, Rows rows, const std::function<void()>& alsoApply = {}) {
         const Records earlier = m_records;
-        Replacement replacement;
+        RowModel::Replacement replacement;
         replacement.before = keys(*earlier, this->rows());
         replacement.after = keys(*records, rows);
         replacement.rows = std::move(rows);
@@ -161,7 +164,18 @@ protected:
             if (alsoApply)
                 alsoApply();
         };
-        replace(replacement);
+        this->replace(replacement);
+    }
+
+    /// Where among the new records the one is that stands at a position among those of now.
+    std::optional<std::size_t> positionIn(const Records& records,
+                                          std::optional<std::size_t> position) const {
+        const auto found = std::ranges::find_if(*records, [&](const Record& each) {
+            return position && key(each) == key((*m_records)[*position]);
+        });
+        if (found == records->end())
+            return std::nullopt;
+        return static_cast<std::size_t>(found - records->begin());
     }
 
     /// One kind of a report's records, which hold the report; none where there is no report.

@@ -16,9 +16,9 @@ ScreenPage {
         anchors.fill: parent
         active: !view.models.overview.hasReport
         sourceComponent: EmptyStateView {
-            title: qsTr("Not scanned yet")
-            symbolName: "sparkle.magnifyingglass"
-            message: qsTr("Scan your Mac to see what needs attention.")
+            title: view.models.insights.empty.title
+            symbolName: view.models.insights.empty.symbolName
+            message: view.models.insights.empty.message
             actionTitle: view.models.overview.isScanning ? "" : view.models.overview.scanTitle
             onActed: view.models.app.scan()
         }

@@ -298,11 +298,8 @@ TEST_F(WindowTest, TabGoesThroughEverything) {
         m_scene.press(Qt::Key_Tab);
         QQuickItem* const focused = m_scene.window().activeFocusItem();
         ASSERT_NE(focused, nullptr);
-        if (QAccessibleInterface* const interface = QmlScene::accessible(focused)) {
+        if (QAccessibleInterface* const interface = QmlScene::accessible(focused))
             reached.insert(interface->text(QAccessible::Name));
-            fprintf(stderr, "TAB %s\n", qPrintable(interface->text(QAccessible::Name)));
-        } else
-            fprintf(stderr, "TAB? %s\n", focused->metaObject()->className());
     }
     for (const char* const name :
          {"Overview", "About Tidewright", "Scan", "Review & Clean 2 MB", "Scan Again", "Look at it",

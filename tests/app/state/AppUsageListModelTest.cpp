@@ -47,7 +47,7 @@ TEST_F(AppUsageListModelTest, TheLastUseIsToldInWords) {
     added.addedOn = now - 24h * 2;
     m_model.setShowAll(true);
     scanned({app("Used", 1), added, app("Unknown", std::nullopt)});
-    EXPECT_THAT(columnOf(m_model, "lastUsedText"),
+    EXPECT_THAT(columnOf(m_model, "dateText"),
                 ElementsAre("yesterday", "Never (added 2 days ago)", "Never"));
 }
 
@@ -85,12 +85,33 @@ TEST_F(AppUsageListModelTest, ARowShowsItsApplication) {
     scanned({each, app("Other", 500)});
     EXPECT_EQ(columnOf(m_model, "name").front(), "Editor\xef\xbf\xbd");
     EXPECT_EQ(columnOf(m_model, "path").back(), "/Applications/Other.app");
-    EXPECT_THAT(columnOf(m_model, "lastUsed"), ElementsAre("1665440000", "1656800000"));
-    EXPECT_THAT(columnOf(m_model, "addedOn"), ElementsAre("1656800000", ""));
+    EXPECT_EQ(columnOf(m_model, "folder").back(), "/Applications");
+    EXPECT_THAT(columnOf(m_model, "date"), ElementsAre("1665440000", "1656800000"));
     EXPECT_THAT(columnOf(m_model, "sizeText"), ElementsAre("1.5 MB", "1 byte"));
     EXPECT_THAT(columnOf(m_model, "sizeBytes"), ElementsAre("1500000", "1"));
     EXPECT_EQ(m_model.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(),
               "Last opened");
+}
+
+TEST_F(AppUsageListModelTest, AllApplicationsStandInTheOrderThatWasAskedFor) {
+    m_state.model->settings().setUnusedAppDays(30);
+    AppUsage added = app("Added", std::nullopt, 30);
+    added.addedOn = now - 24h * 50;
+    scanned({added, app("Old", 90, 40), app("Today", 0, 10), app("Older", 100, 20)});
+    m_model.sort(1);
+    EXPECT_THAT(columnOf(m_model, "name"), ElementsAre("Older", "Old", "Added"));
+    m_watch.told();
+    m_model.setShowAll(true);
+    EXPECT_THAT(columnOf(m_model, "name"), ElementsAre("Older", "Old", "Today", "Added"));
+    EXPECT_THAT(m_watch.told(), ElementsAre("inserted 2-2"));
+    m_model.setFocusedRow(3);
+    m_model.setShowAll(false);
+    EXPECT_EQ(m_model.focusedRow(), 2);
+    m_model.setShowAll(true);
+    m_model.setFocusedRow(2);
+    m_model.setShowAll(false);
+    EXPECT_EQ(m_model.focusedRow(), -1);
+    EXPECT_EQ(m_watch.complaint(), "");
 }
 
 TEST_F(AppUsageListModelTest, WithoutRowsItSaysWhy) {

@@ -35,8 +35,9 @@ TEST_F(LargeFileListModelTest, ARowShowsItsFile) {
              {URL("/home/test/odd\xff"), gigabyte, std::nullopt}});
     EXPECT_THAT(columnOf(m_model, "name"), ElementsAre("disk.img", "odd\xef\xbf\xbd"));
     EXPECT_EQ(columnOf(m_model, "path").front(), "/home/test/disk.img");
-    EXPECT_THAT(columnOf(m_model, "modified"), ElementsAre("1700000000", ""));
-    EXPECT_THAT(columnOf(m_model, "modifiedText"), ElementsAre("yesterday", ""));
+    EXPECT_THAT(columnOf(m_model, "folder"), ElementsAre("/home/test", "/home/test"));
+    EXPECT_THAT(columnOf(m_model, "date"), ElementsAre("1700000000", ""));
+    EXPECT_THAT(columnOf(m_model, "dateText"), ElementsAre("yesterday", ""));
     EXPECT_THAT(columnOf(m_model, "sizeText"), ElementsAre("3 GB", "1 GB"));
     EXPECT_THAT(columnOf(m_model, "sizeBytes"), ElementsAre("3000000000", "1000000000"));
     EXPECT_EQ(m_model.shown().bytes, 4 * gigabyte);

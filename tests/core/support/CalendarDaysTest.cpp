@@ -148,5 +148,18 @@ TEST(CalendarDaysDeathTest, WithoutAZoneTheEnvironmentsCounts) {
             testing::ExitedWithCode(0), each.days);
 }
 
+TEST(CalendarDays, ADateFallsOnTheDayOfItsZone) {
+    using namespace std::chrono;
+    const std::vector<Date> dates{at("2026-03-28T23:30:00Z"), at("2026-03-29T00:30:00Z"),
+                                  at("2026-03-29T22:30:00Z"), at("1969-12-31T23:59:59Z")};
+    EXPECT_EQ(calendarDays(dates, "UTC"), (std::vector<sys_days>{2026y / 3 / 28, 2026y / 3 / 29,
+                                                                 2026y / 3 / 29, 1969y / 12 / 31}));
+    // Clocks go forward on the 29th.
+    EXPECT_EQ(
+        calendarDays(dates, "Europe/Berlin"),
+        (std::vector<sys_days>{2026y / 3 / 29, 2026y / 3 / 29, 2026y / 3 / 30, 1970y / 1 / 1}));
+    EXPECT_TRUE(calendarDays({}, "UTC").empty());
+}
+
 } // namespace
 } // namespace tidewright

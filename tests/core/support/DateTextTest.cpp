@@ -32,5 +32,19 @@ TEST_F(DateTextTest, IsOfTheUsersZone) {
     EXPECT_EQ(dateAndTimeText(m_date + std::chrono::hours(10), "UTC"), "23 Dec 2009, 00:30");
 }
 
+TEST_F(DateTextTest, DaysHaveShortTexts) {
+    using namespace std::chrono;
+    const std::vector<sys_days> days{2026y / 3 / 5, 1969y / 12 / 31};
+    const auto expectTexts = [&](DayForm form, const std::vector<std::string>& texts) {
+        EXPECT_EQ(dayTexts(days, form), texts);
+    };
+    use("en_GB");
+    expectTexts(DayForm::dayAndMonth, {"5 Mar", "31 Dec"});
+    expectTexts(DayForm::monthAndYear, {"Mar 2026", "Dec 1969"});
+    expectTexts(DayForm::year, {"2026", "1969"});
+    use("de_DE");
+    expectTexts(DayForm::dayAndMonth, {"5. März", "31. Dez."});
+}
+
 } // namespace
 } // namespace tidewright
