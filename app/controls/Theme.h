@@ -186,6 +186,15 @@ class Theme : public QObject {
     Q_PROPERTY(int panelWidth MEMBER panelWidth CONSTANT)
     Q_PROPERTY(int panelOrbSize MEMBER panelOrbSize CONSTANT)
     Q_PROPERTY(int panelOrbSpacing MEMBER panelOrbSpacing CONSTANT)
+    Q_PROPERTY(int settingsWidth MEMBER settingsWidth CONSTANT)
+    Q_PROPERTY(int settingsHeight MEMBER settingsHeight CONSTANT)
+    Q_PROPERTY(int settingsMinimumHeight MEMBER settingsMinimumHeight CONSTANT)
+    Q_PROPERTY(int formRowHeight MEMBER formRowHeight CONSTANT)
+    Q_PROPERTY(int formPadding MEMBER formPadding CONSTANT)
+    Q_PROPERTY(int formSpacing MEMBER formSpacing CONSTANT)
+    Q_PROPERTY(int stepperWidth MEMBER stepperWidth CONSTANT)
+    Q_PROPERTY(int repeatDelay MEMBER repeatDelay CONSTANT)
+    Q_PROPERTY(int repeatInterval MEMBER repeatInterval CONSTANT)
 
 public:
     static constexpr int windowWidth = 1180;
@@ -277,6 +286,15 @@ public:
     static constexpr int panelWidth = 320; ///< of the one at the status item
     static constexpr int panelOrbSize = 56;
     static constexpr int panelOrbSpacing = 12;
+    static constexpr int settingsWidth = 580;
+    static constexpr int settingsHeight = 640; ///< at most, unless its user wants it higher
+    static constexpr int settingsMinimumHeight = 360;
+    static constexpr int formRowHeight = 40; ///< at least
+    static constexpr int formPadding = 14;   ///< left and right in its rows
+    static constexpr int formSpacing = 22;   ///< between its sections
+    static constexpr int stepperWidth = 60;
+    static constexpr int repeatDelay = 400;   ///< milliseconds until what is held down acts again
+    static constexpr int repeatInterval = 70; ///< milliseconds between all further times
 
     static constexpr double springResponse = 0.35;
     static constexpr double snappyResponse = 0.25;

@@ -3,6 +3,8 @@
 #include "app/controls/SymbolImageProvider.h"
 #include "core/support/Require.h"
 
+#include <QGuiApplication>
+#include <QPointer>
 #include <QtQml/QQmlExtensionPlugin>
 
 Q_IMPORT_QML_PLUGIN(Tidewright_ControlsPlugin)
@@ -18,6 +20,12 @@ void registerType(const char* name) {
                                      QStringLiteral("The program makes it."));
 }
 
+/// What other programs call the window by where the desktop is X11; else 0.
+Int64 x11Number(const QPointer<QWindow>& window) {
+    const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    return window && isX11 ? static_cast<Int64>(window->winId()) : 0;
+}
+
 } // namespace
 
 void registerStateTypes() {
@@ -25,21 +33,25 @@ void registerStateTypes() {
     registerType<AppUsageListModel>("AppUsageListModel");
     registerType<CategoryListModel>("CategoryListModel");
     registerType<FoundListModel>("FoundListModel");
+    registerType<FolderEntry>("FolderEntry");
     registerType<HistoryListModel>("HistoryListModel");
     registerType<InsightListModel>("InsightListModel");
     registerType<ItemListModel>("ItemListModel");
     registerType<LargeFileListModel>("LargeFileListModel");
     registerType<MenuBarModel>("MenuBarModel");
     registerType<OverviewModel>("OverviewModel");
+    registerType<PathListModel>("PathListModel");
     registerType<ProjectListModel>("ProjectListModel");
     registerType<ScreenModels>("ScreenModels");
     registerType<SessionListModel>("SessionListModel");
+    registerType<SettingsModel>("SettingsModel");
     registerType<Shell>("Shell");
     registerType<SidebarModel>("SidebarModel");
     registerType<TableModel>("TableModel");
+    registerType<ThresholdListModel>("ThresholdListModel");
 }
 
-AppWindows::AppWindows(ScreenModels& models) {
+AppWindows::AppWindows(ScreenModels& models) : m_models(models) {
     registerStateTypes();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(SymbolImageProvider::name(), new SymbolImageProvider);
@@ -60,6 +72,14 @@ QQuickWindow& AppWindows::window(QQuickWindow*& known, const char* file) {
         require(known != nullptr, "A window is none.");
     }
     return *known;
+}
+
+QQuickWindow& AppWindows::settings() {
+    QQuickWindow& shown = window(m_settings, "settings/SettingsWindow.qml");
+    for (PathListModel* list :
+         {m_models.settings()->projectRoots(), m_models.settings()->exclusions()})
+        list->setWindow([window = QPointer<QWindow>(&shown)] { return x11Number(window); });
+    return shown;
 }
 
 void AppWindows::bringToFront(QQuickWindow& window) {

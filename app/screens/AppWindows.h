@@ -21,7 +21,7 @@ public:
 
     QQuickWindow& mainWindow() { return window(m_mainWindow, "shell/Main.qml"); }
     QQuickWindow& panel() { return window(m_panel, "menubar/MenuBarPanel.qml"); }
-    QQuickWindow& settings() { return window(m_settings, "settings/SettingsWindow.qml"); }
+    QQuickWindow& settings();
 
     Theme& theme() { return *m_theme; } ///< of all windows
     QQmlApplicationEngine& engine() { return m_engine; }
@@ -32,6 +32,7 @@ public:
 private:
     QQuickWindow& window(QQuickWindow*& known, const char* file);
 
+    ScreenModels& m_models;
     QQmlApplicationEngine m_engine;
     Theme* m_theme = nullptr; ///< of the engine, as the windows are
     QQuickWindow* m_mainWindow = nullptr;

@@ -1,13 +1,25 @@
 #include "app/state/AppEnvironment.h"
 
 #include "app/platform/FileManager.h"
+#include "app/platform/LoginItem.h"
 #include "core/platform/FileProtection.h"
 #include "core/platform/StandardFolders.h"
 #include "core/probes/SystemAccess.h"
 #include "core/probes/Tools.h"
 #include "core/scan/RuleCatalog.h"
 
+#include <QCoreApplication>
+#include <QFile>
+
 namespace tidewright {
+
+namespace {
+
+URL ownProgram() {
+    return URL(QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString());
+}
+
+} // namespace
 
 AppEnvironment AppEnvironment::current() {
     const URL home = homeDirectory();
@@ -22,6 +34,10 @@ AppEnvironment AppEnvironment::current() {
             .monitorSystem = DiskMonitorSystem::current(),
             .reveal = showInFileManager,
             .openLocation = tidewright::openLocation,
+            .opensAtLogin = LoginItem::isEnabled,
+            .setOpensAtLogin = [](bool on) { return LoginItem::setEnabled(on, ownProgram()); },
+            .askToPostNotifications = tidewright::askToPostNotifications,
+            .pickFolders = tidewright::pickFolders,
             .scan =
                 [](const DiskScanner& scanner, const DiskScanner::Progress& progress,
                    const CancelToken& cancel) {

@@ -2,6 +2,7 @@
 // replace.
 #pragma once
 
+#include "app/platform/FolderPicker.h"
 #include "app/state/DiskMonitor.h"
 #include "core/scan/DiskScanner.h"
 
@@ -27,6 +28,13 @@ struct AppEnvironment {
     std::function<void(const std::vector<URL>&)> reveal;
     /// Opens a path or an address with what the user has chosen for it.
     std::function<void(const std::string&)> openLocation;
+    /// Whether the program is started when the user logs in.
+    std::function<bool()> opensAtLogin;
+    /// The error is a sentence for the user.
+    std::function<Result<void, std::string>(bool)> setOpensAtLogin;
+    std::function<void()> askToPostNotifications;
+    /// As `pickFolders` of the platform.
+    std::function<void(const FolderQuestion&, FolderAnswer)> pickFolders;
     /// On another thread.
     std::function<Result<ScanReport, ScanFailure>(
         const DiskScanner&, const DiskScanner::Progress&, const CancelToken&)>

@@ -92,6 +92,7 @@ public:
     /// Cancels a scan and a cleanup under way; `workers` waits for their end.
     ~AppModel() override;
 
+    const AppEnvironment& environment() const { return m_environment; }
     SettingsStore& settings() { return m_settings; }
     HistoryStore& history() { return m_history; }
     DiskMonitor& monitor() { return m_monitor; }

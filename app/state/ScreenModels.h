@@ -11,6 +11,7 @@
 #include "app/state/OverviewModel.h"
 #include "app/state/ProjectListModel.h"
 #include "app/state/SessionListModel.h"
+#include "app/state/SettingsModel.h"
 #include "app/state/Shell.h"
 #include "app/state/SidebarModel.h"
 
@@ -36,6 +37,7 @@ class ScreenModels : public QObject {
     /// not want it; in a smaller one, if the user asked for it.
     Q_PROPERTY(bool mapShownInRoom READ mapShownInRoom NOTIFY mapShownChanged)
     Q_PROPERTY(bool mapShownInTightness READ mapShownInTightness NOTIFY mapShownChanged)
+    Q_PROPERTY(tidewright::SettingsModel* settings READ settings CONSTANT)
 
 public:
     /// `model` must outlive this.
@@ -57,6 +59,7 @@ public:
     LargeFileListModel* largeFiles() { return &m_largeFiles; }
     HistoryListModel* history() { return &m_history; }
     MenuBarModel* menuBar() { return &m_menuBar; }
+    SettingsModel* settings() { return &m_settings; }
 
     /// A new list of the category's items, which belongs to the caller; null where no category has
     /// this raw value.
@@ -86,6 +89,7 @@ private:
     HistoryListModel m_history{m_app, this};
     MenuBarModel m_menuBar{m_app, m_now, this};
     std::optional<bool> m_wantsMap;
+    SettingsModel m_settings{m_app, this};
 };
 
 } // namespace tidewright

@@ -102,6 +102,8 @@ Rectangle {
             SizeText { size: "37.7 GB" }
             Symbol { name: "trash" }
             Symbol { name: "folder"; size: Theme.cardSymbolSize; color: Theme.accent }
+            Stepper { text: "Steps"; number: 3; lowest: 0; highest: 5 }
+            Stepper { text: "At the bound"; number: 5; lowest: 0; highest: 5 }
         }
         Line {
             Repeater {

@@ -35,6 +35,10 @@ AppEnvironment inertEnvironment(const URL& home) {
     environment.monitorSystem = inertMonitorSystem();
     environment.reveal = [](const std::vector<URL>&) {};
     environment.openLocation = [](const std::string&) {};
+    environment.opensAtLogin = [] { return false; };
+    environment.setOpensAtLogin = [](bool) { return Result<void, std::string>(); };
+    environment.askToPostNotifications = [] {};
+    environment.pickFolders = [](const FolderQuestion&, const FolderAnswer& answer) { answer({}); };
     environment.scan = [](const DiskScanner&, const DiskScanner::Progress&, const CancelToken&) {
         return ScanReport();
     };

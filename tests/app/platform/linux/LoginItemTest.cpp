@@ -1,9 +1,11 @@
 #include "app/platform/LoginItem.h"
 
+#include "app/state/SettingsModel.h"
 #include "core/platform/FileContents.h"
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/Unprivileged.h"
+#include "tests/support/app/StateTesting.h"
 
 #include <gmock/gmock.h>
 
@@ -274,6 +276,37 @@ TEST_F(LoginItemTest, PathThatIsNoTextIsTold) {
     ASSERT_FALSE(result);
     EXPECT_THAT(result.error(), HasSubstr("Move Tidewright to another folder"));
     EXPECT_FALSE(fs::exists(home.path(entry).path()));
+}
+
+TEST_F(LoginItemTest, IsWhatTheWindowsSwitchMakesAndRemoves) {
+    const test::TestState state([](AppEnvironment& environment) {
+        const AppEnvironment current = AppEnvironment::current();
+        environment.opensAtLogin = current.opensAtLogin;
+        environment.setOpensAtLogin = current.setOpensAtLogin;
+    });
+    SettingsModel window(*state.model);
+    EXPECT_FALSE(window.launchAtLogin());
+    window.setLaunchAtLogin(true);
+    EXPECT_TRUE(window.launchAtLogin());
+    const auto lines = entryLines();
+    ASSERT_EQ(lines.size(), 6U);
+    EXPECT_THAT(CommandLine(std::string_view(lines[3]).substr(5)).words(),
+                ElementsAre(fs::read_symlink("/proc/self/exe").string()));
+    EXPECT_TRUE(SettingsModel(*state.model).launchAtLogin());
+    disable(); // in the desktop's own settings
+    window.checkSystem();
+    EXPECT_FALSE(window.launchAtLogin());
+    window.setLaunchAtLogin(true);
+    window.setLaunchAtLogin(false);
+    EXPECT_EQ(filesBesideEntry(), 0U);
+
+    fs::remove_all(home.path("settings/autostart").path());
+    home.file("settings/autostart");
+    window.setLaunchAtLogin(true);
+    EXPECT_FALSE(window.launchAtLogin());
+    EXPECT_THAT(
+        window.loginError().toStdString(),
+        AllOf(StartsWith("Opening at login could not be turned on"), EndsWith("then try again.")));
 }
 
 } // namespace
