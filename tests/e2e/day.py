@@ -9,7 +9,7 @@ import shlex
 import subprocess
 import sys
 
-from desktop import Helper, PROGRAMS, Program, WORK, expect, fail, output_of
+from desktop import Helper, NO_TRAY, PROGRAMS, Program, WORK, expect, fail, output_of
 
 HERE = pathlib.Path(__file__).parent
 HOME = pathlib.Path(os.environ["HOME"])
@@ -31,10 +31,12 @@ def login_command():
 
 def turn_on_login():
     print("== Evening before: open at login")
-    with Program() as program:
+    with Program(may_say=NO_TRAY) as program:
         program.press("Settings…", "push button")
         program.press("Open at login")
         expect("an autostart entry is there", login_command)
+        program.press("Show free space next to the menu bar icon")
+        expect("the command line knows", lambda: setting("showFreeSpaceInMenuBar") == "yes")
         program.process.terminate()
 
 
@@ -56,7 +58,8 @@ def day(kept):
             expect("the user is notified",
                    lambda: "notified: Free space is getting low" in services.lines())
             expect("the pill says so", lambda: any(
-                '"Tidewright, Low space, ' in line for line in panel.lines()))
+                re.search(r'"Tidewright, Low space, [\d.]+ GB free"', line)
+                for line in panel.lines()))
 
             print("== Noon: from the panel to the results")
             program.wait_for(MAIN_WINDOW)
@@ -91,7 +94,7 @@ def day(kept):
     for item in report()["items"]:
         if any(each.startswith(f"{kept}/") for each in item["urls"]) and item["decision"] != "keep":
             fail(f"{item['title']} is not kept")
-    with Program() as program:
+    with Program(may_say=NO_TRAY) as program:
         program.press("Settings…", "push button")
         program.press("Locations")
         program.wait_for(re.escape(f"Remove {kept}"), "push button")

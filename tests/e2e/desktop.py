@@ -14,6 +14,9 @@ import pyatspi  # noqa: E402
 # In seconds; long, for a machine that has much else to do.
 PATIENCE = int(os.environ.get("PATIENCE", "120"))
 
+# What the program says on a desktop that has none.
+NO_TRAY = "no system tray"
+
 PROGRAMS = pathlib.Path(os.environ["PROGRAMS"])
 WORK = pathlib.Path(os.environ["WORK"])
 

@@ -9,13 +9,12 @@ import subprocess
 import sys
 import time
 
-from desktop import Helper, PROGRAMS, Program, expect, fail, output_of
+from desktop import Helper, NO_TRAY, PROGRAMS, Program, expect, fail, output_of
 
 HERE = pathlib.Path(__file__).parent
 PILL = r"Tidewright, (Healthy|Low space|Almost full)(, \d+(\.\d)? GB free)?"
 PANEL = "Open Tidewright"  # stands in the panel alone
 MAIN_WINDOW = "Sidebar"
-NO_TRAY = "no system tray"
 
 
 def close_window(name):

@@ -4,9 +4,7 @@ import re
 
 import pyatspi
 
-from desktop import PATIENCE, Program, fail, within
-
-NO_TRAY = "no system tray"
+from desktop import NO_TRAY, PATIENCE, Program, fail, within
 
 
 def main():

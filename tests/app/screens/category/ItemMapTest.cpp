@@ -78,7 +78,10 @@ protected:
     }
     /// A point of the map, in parts of its width and height.
     QPoint at(double x, double y) {
-        return map()->mapToScene({map()->width() * x, map()->height() * y}).toPoint();
+        const QQuickItem* found = map();
+        if (found == nullptr)
+            return {};
+        return found->mapToScene({found->width() * x, found->height() * y}).toPoint();
     }
 
     ScopedVariable m_motion{"TIDEWRIGHT_REDUCE_MOTION", "1"};
