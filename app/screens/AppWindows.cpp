@@ -68,8 +68,9 @@ QQuickWindow& AppWindows::window(QQuickWindow*& known, const char* file) {
         m_engine.load(QStringLiteral("qrc:/qt/qml/Tidewright/Screens/") +
                       QString::fromLatin1(file));
         require(m_engine.rootObjects().size() > before, "A window can't be loaded.");
-        known = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constLast());
-        require(known != nullptr, "A window is none.");
+        QObject* const loaded = m_engine.rootObjects().constLast();
+        require(qobject_cast<QQuickWindow*>(loaded) != nullptr, "A window is none.");
+        known = static_cast<QQuickWindow*>(loaded);
     }
     return *known;
 }

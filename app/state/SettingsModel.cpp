@@ -44,7 +44,7 @@ constexpr PathList exclusionsList{&Store::exclusions, &Store::setExclusions,
                                   &Store::exclusionsChanged};
 
 Result<void, SystemError> makeFolderThere(const URL& folder) {
-    if (const auto made = makeFolder(folder); !made)
+    if (auto made = makeFolder(folder); !made)
         return made;
     const auto info = fileInfo(folder, Links::follow);
     if (!info)

@@ -3,7 +3,6 @@
 #include "core/platform/SystemLog.h"
 
 #include <QGuiApplication>
-#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -31,10 +30,12 @@ Residency::Residency(TrayHost& host) : m_host(host) {
         if (!m_host.isAvailable())
             sayThatThereIsNoPlace();
     });
-    QTimer::singleShot(patience, this, [this] {
+    connect(&m_start, &QTimer::timeout, this, [this] {
         if (!m_host.isAvailable())
             sayThatThereIsNoPlace();
     });
+    m_start.setSingleShot(true);
+    m_start.start(patience);
     QGuiApplication::setQuitOnLastWindowClosed(!host.isAvailable());
 }
 

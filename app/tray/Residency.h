@@ -3,6 +3,8 @@
 
 #include "app/tray/TrayHost.h"
 
+#include <QTimer>
+
 namespace tidewright {
 
 /// Main thread only, after the QApplication. Where the desktop has a place for a status item, the
@@ -19,6 +21,7 @@ private:
     void sayThatThereIsNoPlace();
 
     TrayHost& m_host;
+    QTimer m_start; ///< in which a desktop may still be starting
     bool m_hasSaid = false;
 };
 

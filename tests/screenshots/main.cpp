@@ -37,6 +37,39 @@ struct Stage {
     bool hasFullDiskAccess = true;
 };
 
+constexpr std::chrono::hours day{24};
+
+/// Nothing stands in a sample home's folders for applications, and no file in it is so large.
+void addFound(ScanReport& report, const URL& home, Date now) {
+    struct Sample {
+        const char* name;
+        int days; ///< since it was used or changed
+        Int64 megabytes;
+    };
+    for (const auto& [name, days, megabytes] :
+         {Sample{"Android Studio", 2, 3'120}, Sample{"Blueprint", 412, 1'480},
+          Sample{"Chart Room", 130, 236}, Sample{"Depth Charge", 540, 12'900},
+          Sample{"Editor", 0, 640}, Sample{"Firmware Flasher", 205, 88}, Sample{"Kelp", 96, 512},
+          Sample{"Lighthouse Simulator", 380, 7'350}, Sample{"Xcode", 1, 14'800}})
+        report.apps.push_back({URL(fmt::format("/Applications/{}.app", name)),
+                               name,
+                               {},
+                               now - day * days,
+                               {},
+                               megabytes * 1'000'000});
+    for (const auto& [name, days, megabytes] :
+         {Sample{"Movies/regatta-2024-final.mov", 44, 38'200},
+          Sample{"Documents/machines/debian-test.qcow2", 210, 24'600},
+          Sample{"Movies/harbour-timelapse.mov", 190, 9'700},
+          Sample{"Downloads/dataset-tides.tar", 12, 6'400},
+          Sample{"Documents/machines/windows-arm.utm.img", 365, 5'100},
+          Sample{"Desktop/backup-of-old-laptop.dmg", 730, 3'300},
+          Sample{"Music/session-masters.wav", 61, 1'250}})
+        report.largeFiles.push_back({.url = home.appending(name),
+                                     .sizeBytes = megabytes * 1'000'000,
+                                     .modified = now - day * days});
+}
+
 ScanReport enlarged(ScanReport report, const ScanSettings& settings, const DiskSpace& disk) {
     for (ScanItem& item : report.items)
         item.sizeBytes *= realLife;
@@ -51,6 +84,7 @@ class Pictures {
 public:
     Pictures(QString folder, const URL& home)
         : m_folder(std::move(folder)),
+          m_home(home),
           m_defaults(DefaultsStore::inFile(home.appending("settings.conf"))),
           m_model(environment(), m_defaults, m_workers),
           m_models(m_model),
@@ -69,9 +103,12 @@ public:
         scan();
         overviews();
         categories();
+        appsAndFiles();
+        settings();
         panels();
         pills();
         reviews();
+        history();
     }
 
 private:
@@ -100,6 +137,7 @@ private:
                 return Failure(ScanFailure{});
             }
             return scan(scanner, progress, cancel).map([&](ScanReport report) {
+                addFound(report, m_home, currentDate());
                 return enlarged(std::move(report), scanner.settings, {diskSize, m_stage.available});
             });
         };
@@ -225,6 +263,50 @@ private:
         settle();
     }
 
+    void appsAndFiles() {
+        m_model.setDestinationName(QStringLiteral("apps"));
+        settle();
+        picture("apps");
+        page()->setProperty("tab", 1);
+        settle();
+        m_models.largeFiles()->setFocusedRow(1);
+        picture("files");
+        resize(900, 600);
+        picture("files-small");
+        resize(1600, 1300);
+        picture("files-large");
+        m_model.setDestinationName(QStringLiteral("android"));
+        picture("android-large");
+        resize(Theme::windowWidth, Theme::windowHeight);
+        m_models.showMap(true);
+        settle();
+        picture("android-map");
+        m_models.showMap(false);
+        m_model.setDestinationName(QStringLiteral("history"));
+        settle();
+        picture("history-empty");
+        m_model.setDestinationName(QStringLiteral("overview"));
+        settle();
+    }
+
+    void settings() {
+        SettingsStore& store = m_model.settings();
+        store.setExclusions({m_home.appending("work/client"), m_home.appending("Pictures")});
+        QQuickWindow& window = m_windows.settings();
+        window.show();
+        for (const auto& [tab, name] : {std::pair{0, "settings-general"},
+                                        {1, "settings-thresholds"},
+                                        {2, "settings-locations"}}) {
+            window.setProperty("tab", tab);
+            settle();
+            picture(name, window);
+        }
+        window.hide();
+        store.setExclusions({});
+        m_windows.mainWindow().requestActivate();
+        settle();
+    }
+
     ItemListModel* items() { return page()->property("items").value<ItemListModel*>(); }
     void setFocusedRow(int row) {
         items()->setFocusedRow(row);
@@ -311,8 +393,41 @@ private:
         picture("overview-after-a-cleanup");
     }
 
+    /// Half a year of cleanups.
+    void history() {
+        struct Sample {
+            int daysAgo;
+            Int64 gigabytes;
+            int items;
+            int failures;
+        };
+        for (const auto& [daysAgo, gigabytes, items, failures] :
+             {Sample{171, 62, 118, 2}, Sample{140, 8, 12, 0}, Sample{118, 21, 40, 0},
+              Sample{117, 3, 2, 0}, Sample{80, 34, 71, 1}, Sample{52, 12, 25, 0},
+              Sample{33, 27, 44, 0}, Sample{12, 6, 9, 0}}) {
+            CleanSummary summary;
+            summary.date = currentDate() - day * daysAgo;
+            summary.diskAfter = {diskSize, 100 * gigabyte + gigabytes * gigabyte};
+            summary.diskBefore = {diskSize, 100 * gigabyte};
+            CleanOutcome outcome;
+            outcome.status = CleanOutcome::Status::cleaned();
+            summary.outcomes.assign(static_cast<std::size_t>(items), outcome);
+            outcome.status = CleanOutcome::Status::failed("");
+            summary.outcomes.resize(static_cast<std::size_t>(items + failures), outcome);
+            summary.logFile = m_home.appending("cleanup.jsonl");
+            m_model.history().record(summary);
+        }
+        m_model.setDestinationName(QStringLiteral("history"));
+        settle();
+        picture("history");
+        resize(900, 600);
+        picture("history-small");
+        resize(Theme::windowWidth, Theme::windowHeight);
+    }
+
     Stage m_stage;
     QString m_folder;
+    URL m_home;
     Workers m_workers;
     DefaultsStore m_defaults;
     AppModel m_model;

@@ -22,7 +22,7 @@ constexpr QLatin1String object("/com/tidewright/app");
 // it: on Wayland and on X.
 struct Token {
     QLatin1String key;
-    const char* variable;
+    const char* variable = nullptr;
 };
 constexpr Token tokens[] = {{QLatin1String("activation-token"), "XDG_ACTIVATION_TOKEN"},
                             {QLatin1String("desktop-startup-id"), "DESKTOP_STARTUP_ID"}};

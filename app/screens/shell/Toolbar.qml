@@ -12,6 +12,8 @@ Item {
     required property string title
     required property Component tools ///< of the screen; may be null
     readonly property bool isNarrow: width < 800
+    readonly property bool isTight: isNarrow && toolsLoader.implicitWidth > smallTools
+    readonly property int smallTools: 100
 
     implicitHeight: 52
 
@@ -20,7 +22,7 @@ Item {
         spacing: 8
 
         Words {
-            visible: !toolbar.isNarrow || !toolbar.tools // the sidebar says it as well
+            visible: !toolbar.isTight // the sidebar says it as well
             text: toolbar.title
             font: Theme.semibold(Theme.title3)
             Accessible.role: Accessible.Heading
@@ -29,7 +31,7 @@ Item {
             Layout.fillWidth: true
         }
         Loader {
-            id: tools
+            id: toolsLoader
             sourceComponent: toolbar.tools
             visible: status === Loader.Ready
             Layout.fillWidth: true
@@ -52,7 +54,7 @@ Item {
             }
         }
         Loader {
-            sourceComponent: toolbar.isNarrow && toolbar.tools ? smallScan : scan
+            sourceComponent: toolbar.isTight ? smallScan : scan
         }
         PushButton {
             extent: "toolbar"

@@ -328,6 +328,32 @@ TEST_F(WindowTest, AProjectIsRevealedByTheKeyboard) {
     EXPECT_EQ(m_revealed.front(), report.projects[1].url);
 }
 
+TEST_F(WindowTest, TheToolbarFitsTheNarrowestWindowAlsoInAScan) {
+    ScanReport report;
+    report.items = {item(Category::android, "a")};
+    report.items.front().sizeBytes = 413'340'000'000;
+    m_state.scanned(report);
+    show(QSize(900, 600));
+    for (const char* const screen : {"android", "apps", "overview"}) {
+        model().setDestinationName(QString::fromLatin1(screen));
+        QmlScene::settle();
+        for (const bool isScanning : {false, true}) {
+            m_holdsScan = isScanning;
+            if (isScanning)
+                model().scan();
+            QmlScene::settle();
+            const QQuickItem* const review = m_scene.named("Review & Clean 413.34 GB");
+            ASSERT_NE(review, nullptr);
+            EXPECT_LE(review->mapToScene({review->width(), 0}).x(), 900) << screen << isScanning;
+            const QQuickItem* const first =
+                m_scene.hasNamed("Show") ? m_scene.named("Show") : m_scene.named("Scan");
+            EXPECT_GE(first->mapToScene({}).x(), 220) << screen << isScanning;
+            model().cancelScan();
+        }
+    }
+    m_holdsScan = false;
+}
+
 TEST_F(WindowTest, ABadgeOfNothingIsNotShown) {
     ScanReport report;
     report.insights = {insight(1, Insight::Severity::tip)};
