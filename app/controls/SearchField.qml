@@ -52,13 +52,13 @@ T.TextField {
 
     Words {
         x: field.leftPadding
-        width: field.width - field.leftPadding - field.rightPadding
+        width: field.width - field.leftPadding - Theme.buttonSpacing // nothing is there to clear
         anchors.verticalCenter: parent.verticalCenter
-        visible: field.text === "" && field.preeditText === ""
+        // Beside a magnifying glass a word cut short says less than none.
+        visible: field.text === "" && field.preeditText === "" && implicitWidth <= width
         text: field.placeholder
         font: field.font
         color: Theme.text2
-        elide: Text.ElideRight
         decorative: true
     }
 
