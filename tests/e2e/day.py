@@ -1,5 +1,5 @@
 """A day with the program: opened at login, watched and notified, cleaned from its panel, looked up,
-and told what to leave alone."""
+and told what to leave alone; all by what the argument names: reader, mouse or keyboard."""
 
 import json
 import os
@@ -8,9 +8,13 @@ import re
 import shlex
 import subprocess
 import sys
+import time
 
-from desktop import Helper, NO_TRAY, PROGRAMS, Program, WORK, expect, fail, output_of
+import pyatspi
 
+from desktop import Helper, NO_TRAY, PROGRAMS, Program, expect, fail, key, output_of
+
+HAND = sys.argv[1]
 HERE = pathlib.Path(__file__).parent
 HOME = pathlib.Path(os.environ["HOME"])
 AUTOSTART = HOME / ".config/autostart"
@@ -29,10 +33,44 @@ def login_command():
     return found and shlex.split(found[1].replace("%%", "%"))
 
 
+def open_settings(program):
+    program.wait_for(MAIN_WINDOW)
+    if HAND == "keyboard":
+        key("ctrl+comma")
+    else:
+        program.press("Settings…", "push button")
+    program.wait_for("Open at login")
+
+
+def open_tab(program, name):
+    if HAND != "keyboard":
+        program.press(name, "page tab")
+        return
+    for _ in range(3):
+        if program.wait_for(name, "page tab").getState().contains(pyatspi.STATE_SELECTED):
+            return
+        key("ctrl+Tab")
+        time.sleep(0.3)
+    fail(f"the keyboard does not open {name}")
+
+
+def open_history(program):
+    if HAND != "keyboard":
+        program.press("History", "list item")
+        return
+    program.focus("Overview", "list item")
+    for _ in range(20):
+        if program.shows("History", "heading"):
+            return
+        key("Down")
+        time.sleep(0.3)
+    fail("the keyboard does not reach the history")
+
+
 def turn_on_login():
     print("== Evening before: open at login")
-    with Program(may_say=NO_TRAY) as program:
-        program.press("Settings…", "push button")
+    with Program(may_say=NO_TRAY, hand=HAND) as program:
+        open_settings(program)
         program.press("Open at login")
         expect("an autostart entry is there", login_command)
         program.press("Show free space next to the menu bar icon")
@@ -54,7 +92,7 @@ def day(kept):
     with Helper(sys.executable, str(HERE / "notifier_host.py")) as panel, \
             Helper(sys.executable, str(HERE / "desktop_services.py"), str(kept)) as services:
         expect("the desktop is there", lambda: "ready" in panel.lines() + services.lines())
-        with Program() as program:
+        with Program(hand=HAND) as program:
             expect("the user is notified",
                    lambda: "notified: Free space is getting low" in services.lines())
             expect("the pill says so", lambda: any(
@@ -70,18 +108,18 @@ def day(kept):
             program.press(r"Clean \d.*", "push button")
             program.wait_for(r"Freed (?!so far).*", "heading")
             program.press("Done", "push button")
-            program.press("History", "list item")
+            program.goes("Done", "push button")
+            open_history(program)
             program.wait_for(r".* items cleaned.*")
 
             print("== Afternoon: thresholds and what to leave alone")
-            program.press("Settings…", "push button")
-            program.press("Thresholds")
-            label = program.wait_for("Critical below 1 GB free", "spin button")
-            label.queryAction().doAction(0)
+            open_settings(program)
+            open_tab(program, "Thresholds")
+            program.increase("Critical below 1 GB free")
             program.wait_for("Critical below 2 GB free", "spin button")
             if setting("criticalSpaceGB") != "2":
                 fail("the command line does not see the new threshold")
-            program.press("Locations")
+            open_tab(program, "Locations")
             program.press("Add Folder…", "push button", "Never touch")
             program.wait_for(re.escape(f"Remove {kept}"), "push button")
 
@@ -91,12 +129,13 @@ def day(kept):
             program.process.terminate()
 
     print("== Next day: it is kept")
-    for item in report()["items"]:
-        if any(each.startswith(f"{kept}/") for each in item["urls"]) and item["decision"] != "keep":
-            fail(f"{item['title']} is not kept")
-    with Program(may_say=NO_TRAY) as program:
-        program.press("Settings…", "push button")
-        program.press("Locations")
+    there = [item for item in report()["items"]
+             if any(each.startswith(f"{kept}/") for each in item["urls"])]
+    if not there or any(item["decision"] != "keep" for item in there):
+        fail(f"not all of {there} is kept")
+    with Program(may_say=NO_TRAY, hand=HAND) as program:
+        open_settings(program)
+        open_tab(program, "Locations")
         program.wait_for(re.escape(f"Remove {kept}"), "push button")
 
 

@@ -4,7 +4,7 @@ set -uo pipefail
 
 openbox &
 manager=$!
-/usr/bin/python3 -B "$1"
+/usr/bin/python3 -B "$@"
 status=$?
 kill "$manager"
 wait "$manager" 2>/dev/null

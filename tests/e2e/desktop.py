@@ -96,15 +96,25 @@ class Helper:
         self.stop()
 
 
+def key(*names):
+    output_of("xdotool", "key", *names)
+
+
+def click(x, y):
+    output_of("xdotool", "mousemove", str(x), str(y), "click", "1")
+
+
 class Program:
     """A run of the window's program; what it writes to standard error is an error of the test,
-    but for lines that `may_say` matches."""
+    but for lines that `may_say` matches. `hand` is what its controls are pressed by: "reader",
+    "mouse" or "keyboard"."""
 
     runs = 0
 
-    def __init__(self, *arguments, may_say=None):
+    def __init__(self, *arguments, may_say=None, hand="reader"):
         Program.runs += 1
         self.may_say = may_say
+        self.hand = hand
         self.log = WORK / f"program-{Program.runs}.log"
         with open(self.log, "w", encoding="utf-8") as log:
             # pylint: disable-next=consider-using-with
@@ -167,7 +177,38 @@ class Program:
         return fail(f"{pattern!r} can only {known}")
 
     def press(self, pattern, role=None, description=None):
-        return self.act(pattern, ("press",), role, description)
+        if self.hand == "reader":
+            self.act(pattern, ("press",), role, description)
+        elif self.hand == "mouse":
+            self._click(self.wait_for(pattern, role, description))
+        else:
+            node = self.focus(pattern, role, description)
+            key("space" if node.getRoleName() == "check box" else "Return")
+
+    def increase(self, pattern):
+        """The number that is set by steps, by one."""
+        if self.hand == "reader":
+            self.act(pattern, ("increase",), "spin button")
+        elif self.hand == "mouse":
+            self._click(self.wait_for(pattern, "spin button"), across=0.75)
+        else:
+            self.focus(pattern, "spin button")
+            key("Up")
+
+    @staticmethod
+    def _click(node, across=0.5):
+        place = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        click(place.x + int(place.width * across), place.y + place.height // 2)
+
+    def focus(self, pattern, role=None, description=None):
+        """Brings the keyboard there, as a person does who has no mouse."""
+        for _ in range(60):
+            node = self.wait_for(pattern, role, description)
+            if node.getState().contains(pyatspi.STATE_FOCUSED):
+                return node
+            key("Tab")
+            time.sleep(0.1)
+        return fail(f"the keyboard does not reach {pattern!r}")
 
     def __enter__(self):
         return self

@@ -9,7 +9,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Helper, NO_TRAY, PROGRAMS, Program, expect, fail, output_of
+from desktop import Helper, NO_TRAY, PROGRAMS, Program, click, expect, fail, key, output_of
 
 HERE = pathlib.Path(__file__).parent
 PILL = r"Tidewright, (Healthy|Low space|Almost full)(, \d+(\.\d)? GB free)?"
@@ -40,10 +40,6 @@ def icon_of(program):
     return None
 
 
-def click(place):
-    output_of("xdotool", "mousemove", str(place[0]), str(place[1]), "click", "1")
-
-
 def uses_panel(program, press_item):
     """What a person does with the item, whichever kind it is."""
     program.wait_for(MAIN_WINDOW)
@@ -56,7 +52,7 @@ def uses_panel(program, press_item):
     press_item()
     program.wait_for(PANEL, "push button")
     expect("the panel is the active window", lambda: active_window() == "Tidewright")
-    output_of("xdotool", "key", "Escape")
+    key("Escape")
     program.goes(PANEL, "push button")
 
     press_item()
@@ -92,11 +88,11 @@ def tray_of_x():
         with Helper("trayer", "--edge", "top", "--align", "right", "--height", "24",
                     "--widthtype", "request"):
             expect("the item comes with the tray", lambda: icon_of(program))
-            uses_panel(program, lambda: click(icon_of(program)))
+            uses_panel(program, lambda: click(*icon_of(program)))
             second_start(program)
             close_window("Tidewright")
             program.goes(MAIN_WINDOW)
-            click(icon_of(program))
+            click(*icon_of(program))
             program.press("Quit Tidewright", "push button")
             program.ends()
 

@@ -23,6 +23,20 @@ def main():
                           lambda: box.getState().contains(pyatspi.STATE_CHECKED) == expected):
                 fail(f"{box.name!r} does not follow its action")
 
+        program.press("Map", "check box")
+        program.wait_for("Map of JavaScript", "list")
+        program.press("Map", "check box")
+        program.wait_for("JavaScript", "list")
+
+        program.press("Insights.*", "list item")
+        program.wait_for("Insights", "heading")
+        program.press("Apps & Files", "list item")
+        program.wait_for("Tidewright never removes apps.*")
+        program.press("Large Files")
+        program.wait_for("Files over 1 GB in your folders.*")
+        program.press("History", "list item")
+        program.wait_for("No cleanups yet.*")
+
         program.press("About Tidewright", "push button")
         program.wait_for(r"Version \d+\.\d+\.\d+")
         program.press("Close", "push button")
@@ -38,6 +52,9 @@ def main():
         program.press("Done", "push button")
         program.wait_for("Scan Again", "push button")
         program.wait_for("Freed so far .*")
+        program.press("History", "list item")
+        program.wait_for(".* freed across 1 cleanups")
+        program.wait_for(r".*, \d+ items cleaned", "list item")
 
 
 if __name__ == "__main__":

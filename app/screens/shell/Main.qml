@@ -42,7 +42,7 @@ Window {
     }
 
     Shortcut {
-        sequence: StandardKey.Preferences
+        sequence: "Ctrl+,"
         onActivated: window.models.shell.openSettings()
     }
     Connections {

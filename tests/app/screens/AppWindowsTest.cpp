@@ -11,6 +11,7 @@
 
 #include <QAccessible>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -326,6 +327,15 @@ TEST_F(WindowTest, AProjectIsRevealedByTheKeyboard) {
     m_scene.press(Qt::Key_Return);
     ASSERT_TRUE(QmlScene::wait([this] { return !m_revealed.empty(); }));
     EXPECT_EQ(m_revealed.front(), report.projects[1].url);
+}
+
+TEST_F(WindowTest, TheSettingsAreAskedForByButtonAndKey) {
+    show();
+    const QSignalSpy asked(m_models->shell(), &Shell::openSettings);
+    click("Settings…");
+    EXPECT_EQ(asked.count(), 1);
+    m_scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(asked.count(), 2);
 }
 
 TEST_F(WindowTest, TheToolbarFitsTheNarrowestWindowAlsoInAScan) {
