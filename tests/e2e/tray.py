@@ -17,10 +17,28 @@ PANEL = "Open Tidewright"  # stands in the panel alone
 MAIN_WINDOW = "Sidebar"
 
 
-def close_window(name):
+def place_of(window):
+    return {name: int(number) for name, _, number in (
+        line.partition("=") for line in output_of(
+            "xdotool", "getwindowgeometry", "--shell", window).splitlines()) if number.isdigit()}
+
+
+def main_window():
+    """Where it is shown; the panel has its name, but not its size."""
+    shown = output_of("xdotool", "search", "--onlyvisible", "--name", "^Tidewright$").splitlines()
+    return next((each for each in shown if place_of(each).get("WIDTH", 0) > 600), None)
+
+
+def close_main_window(program):
     """As the window manager does when its button is pressed."""
-    window = output_of("xdotool", "search", "--onlyvisible", "--name", f"^{name}$").splitlines()[-1]
+    window = expect("the main window is there", main_window)
     output_of("xdotool", "windowactivate", "--sync", window, "key", "alt+F4")
+    program.goes(MAIN_WINDOW)
+
+
+def main_window_is_in_front():
+    window = main_window()
+    return window and window == output_of("xdotool", "getactivewindow")
 
 
 def active_window():
@@ -33,18 +51,15 @@ def icon_of(program):
     for window in windows:
         # Qt adds the program's name to a title.
         if re.fullmatch(f"{PILL} — Tidewright", output_of("xdotool", "getwindowname", window)):
-            place = dict(line.split("=") for line in output_of(
-                "xdotool", "getwindowgeometry", "--shell", window).splitlines())
-            return (int(place["X"]) + int(place["WIDTH"]) // 2,
-                    int(place["Y"]) + int(place["HEIGHT"]) // 2)
+            place = place_of(window)
+            return place["X"] + place["WIDTH"] // 2, place["Y"] + place["HEIGHT"] // 2
     return None
 
 
 def uses_panel(program, press_item):
     """What a person does with the item, whichever kind it is."""
     program.wait_for(MAIN_WINDOW)
-    close_window("Tidewright")
-    program.goes(MAIN_WINDOW)
+    close_main_window(program)
     time.sleep(1)
     if not program.is_running():
         fail("the program has ended although its item is there")
@@ -65,20 +80,18 @@ def uses_panel(program, press_item):
     program.press(PANEL, "push button")
     program.wait_for(MAIN_WINDOW)
     program.goes(PANEL, "push button")
-    expect("the main window is in front", lambda: active_window() == "Tidewright")
+    expect("the main window is in front", main_window_is_in_front)
 
 
 def second_start(program):
-    close_window("Tidewright")
-    program.goes(MAIN_WINDOW)
+    close_main_window(program)
     with Helper("/usr/bin/xmessage", "-title", "Other", "in front"):
         expect("another program is in front", lambda: active_window() == "Other")
         started = subprocess.run([PROGRAMS / "tidewright-app"], check=False, timeout=60)
         if started.returncode != 0:
             fail(f"the second start ends with {started.returncode}")
         program.wait_for(MAIN_WINDOW)
-        expect("the first one's window has come to the front",
-               lambda: active_window() == "Tidewright")
+        expect("the first one's window has come to the front", main_window_is_in_front)
 
 
 def tray_of_x():
@@ -90,8 +103,7 @@ def tray_of_x():
             expect("the item comes with the tray", lambda: icon_of(program))
             uses_panel(program, lambda: click(*icon_of(program)))
             second_start(program)
-            close_window("Tidewright")
-            program.goes(MAIN_WINDOW)
+            close_main_window(program)
             click(*icon_of(program))
             program.press("Quit Tidewright", "push button")
             program.ends()
@@ -111,7 +123,7 @@ def notifier_host():
             expect("its tip says it all", lambda: re.fullmatch(PILL, last()["toolTip"]))
             expect("it has pictures", lambda: [22, 22] in last()["sizes"])
             uses_panel(program, lambda: host.tell("Activate"))
-        close_window("Tidewright")
+        close_main_window(program)
         program.ends()  # the host has gone
 
 
@@ -119,7 +131,7 @@ def no_tray():
     print("== No tray")
     with Program(may_say=NO_TRAY) as program:
         program.wait_for(MAIN_WINDOW)
-        close_window("Tidewright")
+        close_main_window(program)
         program.ends()
         if len(re.findall(NO_TRAY, program.log.read_text(encoding="utf-8"))) != 1:
             fail("the log does not say once that there is no tray")
