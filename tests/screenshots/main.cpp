@@ -291,7 +291,7 @@ private:
 
     void settings() {
         SettingsStore& store = m_model.settings();
-        store.setExclusions({m_home.appending("work/client"), m_home.appending("Pictures")});
+        store.setExclusions({m_home.appending("code/client"), m_home.appending("Pictures")});
         QQuickWindow& window = m_windows.settings();
         window.show();
         for (const auto& [tab, name] : {std::pair{0, "settings-general"},
