@@ -300,7 +300,10 @@ TEST_F(Contract, TheSearchAndTheMeasurementEndWithTheUsersWishToStop) {
     const char* const script = R"(
         for try in $(seq 100); do
             "$0" "$@" >/dev/null 2>errors &
-            while ! grep -q -e '^SigCgt:.*[2367abef]$' -e '^State:.*Z' /proc/$!/status; do :; done
+            # Until it is the program and no longer the shell; it may end, and be gone, at any time.
+            while [ -e /proc/$! ] && ! grep -sq '^Name:.tidewright$' /proc/$!/status; do :; done
+            while [ -e /proc/$! ] &&
+                ! grep -sq -e '^SigCgt:.*[2367abef]$' -e '^State:.*Z' /proc/$!/status; do :; done
             kill -INT $!
             wait $!
             status=$?
